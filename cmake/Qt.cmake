@@ -1,0 +1,23 @@
+# One target for "the Qt that was chosen": zelvo-qt (QtCore and QtDBus), and zelvo-qt-test for tests.
+add_library(zelvo-qt INTERFACE)
+add_library(zelvo-qt-test INTERFACE)
+
+if(ZELVO_QT EQUAL 4)
+    find_package(Qt4 4.8 REQUIRED QtCore QtDBus QtTest)
+    set(ZELVO_QT_CORE Qt4::QtCore)
+    set(ZELVO_QT_DBUS Qt4::QtDBus)
+    set(ZELVO_QT_TEST Qt4::QtTest)
+    # Qt 4's moc trips over the macros of current system headers.
+    list(APPEND CMAKE_AUTOMOC_MOC_OPTIONS -D_SYS_SYSMACROS_H_OUTER)
+else()
+    find_package(Qt5 5.15 REQUIRED COMPONENTS Core DBus)
+    set(ZELVO_QT_CORE Qt5::Core)
+    set(ZELVO_QT_DBUS Qt5::DBus)
+    set(ZELVO_QT_TEST Qt5::Test)
+    if(ZELVO_BUILD_TESTS)
+        find_package(Qt5 5.15 REQUIRED COMPONENTS Test)
+    endif()
+endif()
+
+target_link_libraries(zelvo-qt INTERFACE ${ZELVO_QT_CORE} ${ZELVO_QT_DBUS})
+target_link_libraries(zelvo-qt-test INTERFACE zelvo-qt ${ZELVO_QT_TEST})

@@ -1,0 +1,2 @@
+add_library(zelvo-warnings INTERFACE)
+target_compile_options(zelvo-warnings INTERFACE -Wall -Wextra -Wpedantic)

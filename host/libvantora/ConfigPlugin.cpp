@@ -1,0 +1,5 @@
+#include <vantora/configplugin.h>
+
+ConfigPlugin::~ConfigPlugin()
+{
+}

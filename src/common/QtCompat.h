@@ -1,0 +1,51 @@
+#pragma once
+
+#include <QObject>
+#include <QProcess>
+#include <QString>
+#include <QStringList>
+#include <QtGlobal>
+
+/// The few places where Qt 4 and Qt 5 want different words for one thing.
+namespace QtCompat {
+
+/// Starts `commandLine`, split at blanks with double quotes grouping, in `process`.
+inline void startCommandLine(QProcess& process, QString const& commandLine)
+{
+#if QT_VERSION >= 0x050f00
+    QStringList words = QProcess::splitCommand(commandLine);
+    QString const program = words.isEmpty() ? QString() : words.takeFirst();
+    process.start(program, words);
+#else
+    process.start(commandLine);
+#endif
+}
+
+/// Starts `commandLine`, split as above, as a process of its own that is not waited for.
+inline bool startDetachedCommandLine(QString const& commandLine)
+{
+#if QT_VERSION >= 0x050f00
+    QStringList words = QProcess::splitCommand(commandLine);
+    if (words.isEmpty())
+        return false;
+    QString const program = words.takeFirst();
+    return QProcess::startDetached(program, words);
+#else
+    return QProcess::startDetached(commandLine);
+#endif
+}
+
+/// Connects a thread's terminated() signal, which only Qt 4 has.
+inline void connectThreadTerminated(QObject const* thread, QObject const* receiver,
+                                    char const* slot)
+{
+#if QT_VERSION < 0x050000
+    QObject::connect(thread, SIGNAL(terminated()), receiver, slot);
+#else
+    Q_UNUSED(thread);
+    Q_UNUSED(receiver);
+    Q_UNUSED(slot);
+#endif
+}
+
+} // namespace QtCompat

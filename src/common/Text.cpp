@@ -1,0 +1,9 @@
+#include "common/Text.h"
+
+QString emptyText() { return QString::fromLatin1(""); }
+
+QString latin1UpToNul(QByteArray const& bytes)
+{
+    int const nul = bytes.indexOf('\0');
+    return QString::fromLatin1(bytes.constData(), nul < 0 ? bytes.size() : nul);
+}

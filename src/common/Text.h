@@ -1,0 +1,10 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+
+/// A text that is empty but not null: an answer of its own, where null says "no answer".
+QString emptyText();
+
+/// The bytes up to the first NUL, or all of them, as Latin-1.
+QString latin1UpToNul(QByteArray const& bytes);
