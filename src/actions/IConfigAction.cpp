@@ -1,0 +1,3 @@
+#include "actions/IConfigAction.h"
+
+IConfigAction::~IConfigAction() { }

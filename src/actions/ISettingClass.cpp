@@ -1,0 +1,3 @@
+#include "actions/ISettingClass.h"
+
+ISettingClass::~ISettingClass() { }

@@ -1,0 +1,55 @@
+#include "actions/default/ApplyTask.h"
+
+#include "actions/default/DefaultApplyAction.h"
+#include "actions/default/Wrapper.h"
+#include "common/Text.h"
+
+#include <QFile>
+#include <QStringList>
+
+#include <stdlib.h>
+#include <unistd.h>
+
+namespace {
+
+/// Creates a request file.
+///
+/// @return its name; an empty text when there is none to be had: the script then runs without the
+///         means to ask for a command.
+QString createRequestFile()
+{
+    char name[] = "/tmp/wlox-zelvo-view-XXXXXX";
+    int const descriptor = ::mkstemp(name);
+    if (descriptor < 0)
+        return QString();
+    ::close(descriptor);
+    return QString::fromLatin1(name);
+}
+
+void offerLines(QString const& requestFile)
+{
+    QFile file(requestFile);
+    if (!file.open(QIODevice::ReadOnly | QIODevice::Text))
+        return;
+    while (!file.atEnd())
+        DefaultApplyAction::sSetLastApplyCommand(latin1UpToNul(file.readLine()));
+}
+
+} // namespace
+
+ApplyTask::ApplyTask(QFileInfo const& script)
+    : mScript(script)
+{
+}
+
+ApplyTask::~ApplyTask() { }
+
+void ApplyTask::run()
+{
+    QString const requestFile = createRequestFile();
+    Wrapper wrapper(mScript.filePath());
+    wrapper.setEnvironment(QStringList() << QLatin1String("LAST_APPLY_COMMAND=") + requestFile);
+    if (wrapper.run())
+        offerLines(requestFile);
+    QFile::remove(requestFile);
+}

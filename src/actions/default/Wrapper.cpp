@@ -1,0 +1,84 @@
+#include "actions/default/Wrapper.h"
+
+#include "actions/ActionKit.h"
+#include "common/QtCompat.h"
+#include "common/RegistryVocabulary.h"
+#include "tree/IConfigEntry.h"
+
+#include <QFileInfo>
+#include <QTemporaryFile>
+
+namespace {
+
+int const kTimeLimitMs = 30000;
+
+/// Writes the whole text as UTF-8, nothing behind it, to a new temporary file.
+bool writeValue(QTemporaryFile& file, QString const& value)
+{
+    QByteArray const bytes = value.toUtf8();
+    return file.open() && file.write(bytes) == bytes.size() && file.flush();
+}
+
+} // namespace
+
+char const Wrapper::kIsVisible[] = "/isVisible.sh";
+char const Wrapper::kGet[] = "/get.sh";
+char const Wrapper::kSet[] = "/set.sh";
+char const Wrapper::kCreate[] = "/create.sh";
+char const Wrapper::kDel[] = "/del.sh";
+char const Wrapper::kCommit[] = "/commit.sh";
+char const Wrapper::kApply[] = "/apply.sh";
+
+char const Wrapper::kGetEnv[] = "/get.env";
+char const Wrapper::kSetEnv[] = "/set.env";
+char const Wrapper::kCommitEnv[] = "/commit.env";
+
+QString Wrapper::path(IConfigEntry const& entry, char const* fileName)
+{
+    return ActionKit::instance()->wrappersDirectory().path() + QLatin1Char('/')
+        + ActionKit::translateUuid(entry.path(), RegistryVocabulary::viewPlaceholder())
+        + QLatin1String(fileName);
+}
+
+Wrapper::Wrapper(QString const& script)
+    : mScript(script)
+{
+    mProcess.setWorkingDirectory(QFileInfo(script).absolutePath());
+}
+
+void Wrapper::setEnvironment(QStringList const& lines) { mProcess.setEnvironment(lines); }
+
+bool Wrapper::run()
+{
+    QtCompat::startCommandLine(mProcess, mScript);
+    return waitForSuccess();
+}
+
+bool Wrapper::runWithValue(QString const& value)
+{
+    QTemporaryFile file;
+    if (!writeValue(file, value))
+        return false;
+    mProcess.start(mScript, QStringList() << file.fileName());
+    return waitForSuccess();
+}
+
+QString Wrapper::output()
+{
+    QByteArray const bytes = mProcess.readAllStandardOutput();
+    return QString::fromUtf8(bytes.constData(), bytes.size());
+}
+
+bool Wrapper::waitForSuccess()
+{
+    mProcess.waitForFinished(kTimeLimitMs);
+    if (mProcess.state() != QProcess::NotRunning) {
+        mProcess.kill();
+        mProcess.waitForFinished();
+        return true;
+    }
+    // The exit code of a program that never started differs between versions of Qt.
+    if (mProcess.error() == QProcess::FailedToStart)
+        return true;
+    return mProcess.exitStatus() == QProcess::NormalExit && mProcess.exitCode() == 0;
+}

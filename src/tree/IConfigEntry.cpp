@@ -1,0 +1,3 @@
+#include "tree/IConfigEntry.h"
+
+IConfigEntry::~IConfigEntry() { }
