@@ -1,0 +1,87 @@
+#pragma once
+
+#include <vantora/abstractplugin.h>
+
+#include <QObject>
+
+class ConfigTree;
+class IConfigEntry;
+
+/// The plugin object: answers the host's requests on the keys of the view.
+///
+/// What is set or created waits in the set buffer until a commit writes it; reading, deleting and
+/// applying never look there. Host thread only.
+class ZelvoView : public QObject, public virtual AbstractPlugin
+{
+    Q_OBJECT
+    Q_INTERFACES(AbstractPlugin)
+
+public:
+    ZelvoView();
+
+    /// Waits for the apply requests under way, 30 seconds a script at most, and drops what is not
+    /// committed. The host must not hold up the backend calls with which they end.
+    ~ZelvoView() override;
+
+    /// Registers the view with the action kit. Scripts are looked for in `baseDir` + "/wrappers".
+    void pluginIsLoaded(Vantora& backend, Reg::Registry& registry, QString const& text,
+                        QString const& baseDir) override;
+
+    /// @return 0: the key is there; 1: it is not.
+    int contains(QString const& key) override;
+
+    /// @return 0: `result` has the answer; 1: the key is not handled (asked for the directory above
+    ///         the plugin's root, `result` gets that root all the same); 6: the entry is neither a
+    ///         branch nor a key.
+    int get(QString const& key, QMap<QString, _RegNodeType>& result, _RegEntryParam const& param,
+            QString const& extra) override;
+
+    /// @return 0: the value waits for its commit; 1: the key is not handled or takes no value.
+    int set(QString const& key, QString const& value, _RegEntryParam const& param) override;
+
+    /// Writes what was set or created at or under `key`; the entry `key` itself always takes part.
+    ///
+    /// @return 0: done; 1: the key is not handled. An ancestor of the plugin's root answers 1 after
+    ///         all is written, so that the host goes on with its other parts.
+    int commit(QString const& key) override;
+
+    /// Queues the apply scripts at and under `key` and returns.
+    ///
+    /// @param command  the key that is set to "0" when all is done, and the name of the semaphore
+    ///                 that is then released; may be empty.
+    /// @return 0: under way; 1: the key is not handled.
+    int apply(QString const& key, QString const& command) override;
+
+    /// Creates a session.
+    ///
+    /// @return 0: created; 1: the key names no session, or its creation failed.
+    int create(QString const& key, _RegEntryType const& type) override;
+
+    /// @return 0: the delete actions have run, whatever they answered; 1: the key is not handled.
+    int del(QString const& key) override;
+
+    /// Nothing to do: the view holds no data of its own. 0.
+    int importRegistry(QByteArray& data) override;
+    int exportRegistry(QString const& key, QByteArray& data) override;
+
+    /// What was set or created and not committed, made on first use; it stays the plugin's.
+    ConfigTree* setBuffer();
+    void deleteSetBuffer();
+
+private:
+    /// The entry of `tree` that handles `key`, or null.
+    IConfigEntry* handler(ConfigTree& tree, QString const& key) const;
+
+    /// Adds to the set buffer what it lacks of `found`, and returns its entry of `key`.
+    IConfigEntry* addToSetBuffer(ConfigTree const& found, QString const& key);
+
+    /// Commits an entry of the set buffer, in the order of the default settings.
+    void commitEntry(IConfigEntry& entry, QString const& key);
+    void commitSetBuffer();
+
+    /// Whether the host lists every session that `key` names.
+    bool sessionsExist(QString const& key) const;
+    bool isListed(QString const& key) const;
+
+    ConfigTree* mSetBuffer;
+};
