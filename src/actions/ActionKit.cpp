@@ -26,7 +26,10 @@ Getter const kGetters[] = {
     &ISettingClass::applyAction,
 };
 
-int indexOf(ISettingClass::Action_t op) { return op - ISettingClass::ACTION_IS_VISIBLE; }
+int indexOf(ISettingClass::Action_t op)
+{
+    return op - ISettingClass::ACTION_IS_VISIBLE;
+}
 
 } // namespace
 
@@ -37,7 +40,10 @@ void ActionKit::init(Vantora& backend, QDir const& wrappersDir)
     smInstance = new ActionKit(backend, wrappersDir);
 }
 
-ActionKit* ActionKit::instance() { return smInstance; }
+ActionKit* ActionKit::instance()
+{
+    return smInstance;
+}
 
 ActionKit::ActionKit(Vantora& backend, QDir wrappersDir)
     : mBackend(backend)
@@ -52,11 +58,19 @@ ActionKit::ActionKit(Vantora& backend, QDir wrappersDir)
 {
 }
 
-ActionKit::~ActionKit() { }
+ActionKit::~ActionKit()
+{
+}
 
-Vantora* ActionKit::vantoraBackend() { return &mBackend; }
+Vantora* ActionKit::vantoraBackend()
+{
+    return &mBackend;
+}
 
-QDir const& ActionKit::wrappersDirectory() const { return mWrappersDir; }
+QDir const& ActionKit::wrappersDirectory() const
+{
+    return mWrappersDir;
+}
 
 void ActionKit::registerIsVisibleAction(QString const& viewKey, IConfigAction* action)
 {
@@ -244,11 +258,20 @@ QString ActionKit::resolveUuid(QString const& concretePath, QString const& regis
     return components.join(QString(kSeparator));
 }
 
-void ActionKit::pushApplyThreadPool(QThreadPool* pool) { mApplyThreadPools.push(pool); }
+void ActionKit::pushApplyThreadPool(QThreadPool* pool)
+{
+    mApplyThreadPools.push(pool);
+}
 
-QThreadPool* ActionKit::topApplyTreadPool() { return mApplyThreadPools.top(); }
+QThreadPool* ActionKit::topApplyTreadPool()
+{
+    return mApplyThreadPools.top();
+}
 
-QThreadPool* ActionKit::popApplyThreadPool() { return mApplyThreadPools.pop(); }
+QThreadPool* ActionKit::popApplyThreadPool()
+{
+    return mApplyThreadPools.pop();
+}
 
 void ActionKit::registerAction(Action_t op, QString const& viewKey, IConfigAction* action)
 {

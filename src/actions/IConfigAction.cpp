@@ -1,3 +1,5 @@
 #include "actions/IConfigAction.h"
 
-IConfigAction::~IConfigAction() { }
+IConfigAction::~IConfigAction()
+{
+}

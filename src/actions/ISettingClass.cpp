@@ -1,3 +1,5 @@
 #include "actions/ISettingClass.h"
 
-ISettingClass::~ISettingClass() { }
+ISettingClass::~ISettingClass()
+{
+}

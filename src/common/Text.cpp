@@ -1,6 +1,9 @@
 #include "common/Text.h"
 
-QString emptyText() { return QString::fromLatin1(""); }
+QString emptyText()
+{
+    return QString::fromLatin1("");
+}
 
 QString latin1UpToNul(QByteArray const& bytes)
 {

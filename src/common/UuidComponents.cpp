@@ -27,7 +27,10 @@ Span findUuid(QString const& path)
 
 } // namespace
 
-bool isUuidComponent(QString const& component) { return !QUuid(component).isNull(); }
+bool isUuidComponent(QString const& component)
+{
+    return !QUuid(component).isNull();
+}
 
 QString firstUuidComponent(QString const& path)
 {
@@ -35,4 +38,7 @@ QString firstUuidComponent(QString const& path)
     return uuid.begin == uuid.end ? QString() : path.mid(uuid.begin, uuid.end - uuid.begin);
 }
 
-QString pathToFirstUuid(QString const& path) { return path.left(findUuid(path).end); }
+QString pathToFirstUuid(QString const& path)
+{
+    return path.left(findUuid(path).end);
+}

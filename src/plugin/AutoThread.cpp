@@ -14,4 +14,7 @@ AutoThread::~AutoThread()
     delete mThread;
 }
 
-void AutoThread::deleteThread() { delete this; }
+void AutoThread::deleteThread()
+{
+    delete this;
+}

@@ -220,9 +220,15 @@ int ZelvoView::del(QString const& key)
     return kDone;
 }
 
-int ZelvoView::importRegistry(QByteArray&) { return kDone; }
+int ZelvoView::importRegistry(QByteArray&)
+{
+    return kDone;
+}
 
-int ZelvoView::exportRegistry(QString const&, QByteArray&) { return kDone; }
+int ZelvoView::exportRegistry(QString const&, QByteArray&)
+{
+    return kDone;
+}
 
 ConfigTree* ZelvoView::setBuffer()
 {

@@ -12,7 +12,10 @@ AbstractConfigEntry::AbstractConfigEntry(QString const& name, IConfigEntry* pare
 {
 }
 
-IConfigEntry* AbstractConfigEntry::parent() const { return mParent; }
+IConfigEntry* AbstractConfigEntry::parent() const
+{
+    return mParent;
+}
 
 void AbstractConfigEntry::setParent(IConfigEntry* parent)
 {
@@ -39,7 +42,10 @@ bool AbstractConfigEntry::isVisible() const
     return !mParent || mParent->isVisible();
 }
 
-QString AbstractConfigEntry::name() const { return mName; }
+QString AbstractConfigEntry::name() const
+{
+    return mName;
+}
 
 void AbstractConfigEntry::setName(QString const& name)
 {
@@ -48,6 +54,12 @@ void AbstractConfigEntry::setName(QString const& name)
         branch->childRenamed(*this);
 }
 
-IConfigEntry::entry_state_t AbstractConfigEntry::state() const { return mState; }
+IConfigEntry::entry_state_t AbstractConfigEntry::state() const
+{
+    return mState;
+}
 
-void AbstractConfigEntry::setState(entry_state_t state) { mState = state; }
+void AbstractConfigEntry::setState(entry_state_t state)
+{
+    mState = state;
+}

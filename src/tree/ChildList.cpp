@@ -14,7 +14,9 @@ ChildList::ChildList()
 {
 }
 
-ChildList::~ChildList() { }
+ChildList::~ChildList()
+{
+}
 
 QList<IConfigEntry*> const& ChildList::entries() const
 {

@@ -35,16 +35,25 @@ bool ConfigBranch::addChild(IConfigEntry* child)
     return true;
 }
 
-IConfigEntry* ConfigBranch::child(QString const& name) const { return mChildren.find(name); }
+IConfigEntry* ConfigBranch::child(QString const& name) const
+{
+    return mChildren.find(name);
+}
 
-void ConfigBranch::del() { run(ENTRY_DELETING, &IConfigEntry::del, &ActionKit::delAction); }
+void ConfigBranch::del()
+{
+    run(ENTRY_DELETING, &IConfigEntry::del, &ActionKit::delAction);
+}
 
 void ConfigBranch::commit()
 {
     run(ENTRY_COMMITTING, &IConfigEntry::commit, &ActionKit::commitAction);
 }
 
-void ConfigBranch::apply() { run(ENTRY_APPLYING, &IConfigEntry::apply, &ActionKit::applyAction); }
+void ConfigBranch::apply()
+{
+    run(ENTRY_APPLYING, &IConfigEntry::apply, &ActionKit::applyAction);
+}
 
 IConfigEntry* ConfigBranch::clone()
 {
@@ -56,7 +65,10 @@ IConfigEntry* ConfigBranch::clone()
     return copy;
 }
 
-QList<IConfigEntry*> const& ConfigBranch::children() const { return mChildren.entries(); }
+QList<IConfigEntry*> const& ConfigBranch::children() const
+{
+    return mChildren.entries();
+}
 
 ConfigBranch* ConfigBranch::branch(QString const& name)
 {
@@ -82,9 +94,14 @@ bool ConfigBranch::detachChild(IConfigEntry& child)
     return true;
 }
 
-void ConfigBranch::validateDescendants() { }
+void ConfigBranch::validateDescendants()
+{
+}
 
-void ConfigBranch::childRenamed(IConfigEntry& child) { mChildren.renamed(&child); }
+void ConfigBranch::childRenamed(IConfigEntry& child)
+{
+    mChildren.renamed(&child);
+}
 
 void ConfigBranch::run(entry_state_t state, Operation operation, Action action)
 {

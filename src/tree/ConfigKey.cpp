@@ -13,9 +13,15 @@ ConfigKey::ConfigKey(QString const& name, QString const& defaultValue, IConfigEn
         parent->addChild(this);
 }
 
-bool ConfigKey::addChild(IConfigEntry*) { return false; }
+bool ConfigKey::addChild(IConfigEntry*)
+{
+    return false;
+}
 
-IConfigEntry* ConfigKey::child(QString const&) const { return nullptr; }
+IConfigEntry* ConfigKey::child(QString const&) const
+{
+    return nullptr;
+}
 
 void ConfigKey::del()
 {
@@ -52,19 +58,40 @@ IConfigEntry* ConfigKey::clone()
     return copy;
 }
 
-QString ConfigKey::defaultValue() const { return mDefaultValue; }
+QString ConfigKey::defaultValue() const
+{
+    return mDefaultValue;
+}
 
-_RegEntryType ConfigKey::type() const { return mType; }
+_RegEntryType ConfigKey::type() const
+{
+    return mType;
+}
 
-void ConfigKey::setType(_RegEntryType type) { mType = type; }
+void ConfigKey::setType(_RegEntryType type)
+{
+    mType = type;
+}
 
-QString ConfigKey::regExp() const { return mRegExp; }
+QString ConfigKey::regExp() const
+{
+    return mRegExp;
+}
 
-void ConfigKey::setRegExp(QString const& regExp) { mRegExp = regExp; }
+void ConfigKey::setRegExp(QString const& regExp)
+{
+    mRegExp = regExp;
+}
 
-QString ConfigKey::bufferValue() const { return mBufferValue; }
+QString ConfigKey::bufferValue() const
+{
+    return mBufferValue;
+}
 
-void ConfigKey::setBufferValue(QString const& value) { mBufferValue = value; }
+void ConfigKey::setBufferValue(QString const& value)
+{
+    mBufferValue = value;
+}
 
 QString ConfigKey::value() const
 {

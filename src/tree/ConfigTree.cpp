@@ -107,9 +107,14 @@ ConfigTree::ConfigTree(KeyPath const& root)
 {
 }
 
-ConfigTree::~ConfigTree() { }
+ConfigTree::~ConfigTree()
+{
+}
 
-QString ConfigTree::rootDir() const { return mRoot.toString(); }
+QString ConfigTree::rootDir() const
+{
+    return mRoot.toString();
+}
 
 IConfigEntry* ConfigTree::entry(QString const& key) const
 {

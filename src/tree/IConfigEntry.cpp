@@ -1,3 +1,5 @@
 #include "tree/IConfigEntry.h"
 
-IConfigEntry::~IConfigEntry() { }
+IConfigEntry::~IConfigEntry()
+{
+}

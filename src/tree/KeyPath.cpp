@@ -6,9 +6,13 @@ QChar const kSeparator = QLatin1Char('/');
 
 } // namespace
 
-KeyPath::KeyPath() { }
+KeyPath::KeyPath()
+{
+}
 
-KeyPath::~KeyPath() { }
+KeyPath::~KeyPath()
+{
+}
 
 KeyPath::KeyPath(QString const& path)
     : mPath(path)
@@ -25,9 +29,15 @@ KeyPath::KeyPath(char const* path)
 {
 }
 
-QString KeyPath::toString() const { return mPath; }
+QString KeyPath::toString() const
+{
+    return mPath;
+}
 
-QString KeyPath::basename() const { return mPath.mid(mPath.lastIndexOf(kSeparator) + 1); }
+QString KeyPath::basename() const
+{
+    return mPath.mid(mPath.lastIndexOf(kSeparator) + 1);
+}
 
 KeyPath KeyPath::dirname() const
 {

@@ -16,7 +16,7 @@ class Registry;
 /// What the host asks of a plugin. The order of the operations is part of the binary interface.
 ///
 /// Every operation answers 0 for success (`contains`: the key exists) and non-zero for a failure or
-/// a key that the plugin does not handle. The host calls all of them on one thread.
+/// a key that the plugin does not handle. The host never calls two of them at once.
 class ConfigPlugin
 {
 public:

@@ -28,8 +28,8 @@ private:
 class Entry : public Node
 {
 public:
-    Entry(QString const& absoluteName, QString const& value,
-          _RegEntryType type = REG_TYPE_STRING, QString const& regExp = QString());
+    Entry(QString const& absoluteName, QString const& value, _RegEntryType type = REG_TYPE_STRING,
+          QString const& regExp = QString());
 
     QString value() const;
     _RegEntryType type() const;

@@ -7,8 +7,8 @@
 #include <QString>
 #include <QStringList>
 
-/// The backend: the whole key space of the host, plugins included. The operations mean what those of
-/// `ConfigPlugin` mean and answer the same codes; `get`, listings and `contains` see what is
+/// The backend: the whole key space of the host, plugins included. The operations mean what those
+/// of `ConfigPlugin` mean and answer the same codes; `get`, listings and `contains` see what is
 /// committed. May be called from any thread.
 class Vantora
 {
@@ -39,8 +39,8 @@ public:
 
     /// Reads one value as a decimal integer, the default where there is no value.
     ///
-    /// @return 0; non-zero when the key is unknown, a directory or no number: `out` then stays as it
-    ///         was.
+    /// @return 0; non-zero when the key is unknown, a directory or no number: `out` then stays
+    ///         as it was.
     int get(QString const& key, int& out, _RegEntryParam const& param, QString const& extra);
 
 private:

@@ -42,7 +42,9 @@ ApplyTask::ApplyTask(QFileInfo const& script)
 {
 }
 
-ApplyTask::~ApplyTask() { }
+ApplyTask::~ApplyTask()
+{
+}
 
 void ApplyTask::run()
 {

@@ -35,8 +35,13 @@ char const Wrapper::kCommitEnv[] = "/commit.env";
 
 QString Wrapper::path(IConfigEntry const& entry, char const* fileName)
 {
-    return ActionKit::instance()->wrappersDirectory().path() + QLatin1Char('/')
-        + ActionKit::translateUuid(entry.path(), RegistryVocabulary::viewPlaceholder())
+    return path(ActionKit::translateUuid(entry.path(), RegistryVocabulary::viewPlaceholder()),
+                fileName);
+}
+
+QString Wrapper::path(QString const& viewKey, char const* fileName)
+{
+    return ActionKit::instance()->wrappersDirectory().path() + QLatin1Char('/') + viewKey
         + QLatin1String(fileName);
 }
 
@@ -46,7 +51,10 @@ Wrapper::Wrapper(QString const& script)
     mProcess.setWorkingDirectory(QFileInfo(script).absolutePath());
 }
 
-void Wrapper::setEnvironment(QStringList const& lines) { mProcess.setEnvironment(lines); }
+void Wrapper::setEnvironment(QStringList const& lines)
+{
+    mProcess.setEnvironment(lines);
+}
 
 bool Wrapper::run()
 {

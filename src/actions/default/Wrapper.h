@@ -32,6 +32,9 @@ public:
     /// directory. All sessions of a kind share the folder "{uuid}".
     static QString path(IConfigEntry const& entry, char const* fileName);
 
+    /// The same for a key that has "{uuid}" in place of UUIDs already.
+    static QString path(QString const& viewKey, char const* fileName);
+
     /// @param script  the full path.
     explicit Wrapper(QString const& script);
 

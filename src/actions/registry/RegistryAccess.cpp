@@ -11,7 +11,10 @@ bool readRegistry(QString const& key, _RegEntryParam param, QString& out)
     return ActionKit::instance()->vantoraBackend()->get(key, out, param, emptyText()) == 0;
 }
 
-bool isFalseWord(QString const& text) { return RegistryVocabulary::falseWords().contains(text); }
+bool isFalseWord(QString const& text)
+{
+    return RegistryVocabulary::falseWords().contains(text);
+}
 
 QString boolWord(QString const& text)
 {

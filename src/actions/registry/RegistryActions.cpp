@@ -14,7 +14,10 @@
 
 namespace {
 
-Vantora& backend() { return *ActionKit::instance()->vantoraBackend(); }
+Vantora& backend()
+{
+    return *ActionKit::instance()->vantoraBackend();
+}
 
 QString resolved(IConfigEntry const& entry, QString const& registryKey)
 {
@@ -193,7 +196,10 @@ QStringList RegistryCommitAction::processEnvironment(IConfigEntry const& entry)
     return environment;
 }
 
-QString RegistryCommitAction::registryKey() const { return mRegistryKey; }
+QString RegistryCommitAction::registryKey() const
+{
+    return mRegistryKey;
+}
 
 QSet<QString> RegistryCommitAction::getRegSet(IConfigEntry const& entry) const
 {
