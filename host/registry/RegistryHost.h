@@ -12,9 +12,9 @@ class Registry;
 
 /// The backend of the stand-in host: default settings, live values and plugins as one key space.
 ///
-/// Keys under the root of a plugin go to that plugin, all others to the registry. One recursive lock
-/// guards every operation, so the backend may be called from any thread, and by a plugin from inside
-/// a request.
+/// Keys under the root of a plugin go to that plugin, all others to the registry. One recursive
+/// lock guards every operation, so the backend may be called from any thread, and by a plugin from
+/// inside a request.
 class RegistryHost : public Vantora
 {
 public:

@@ -1,0 +1,93 @@
+#include "registry/DefaultNode.h"
+
+#include "registry/RegistryKey.h"
+#include "registry/ValueType.h"
+
+DefaultNode::DefaultNode(QString const& name)
+    : mName(name)
+    , mIsValue(false)
+    , mType(REG_TYPE_STRING)
+    , mTemplateDirectory(nullptr)
+{
+}
+
+DefaultNode::DefaultNode(QString const& name, _RegEntryType type, QString const& defaultValue,
+                         QString const& regExp)
+    : mName(name)
+    , mIsValue(true)
+    , mType(type)
+    , mDefaultValue(defaultValue)
+    , mRegExp(regExp)
+    , mTemplateDirectory(nullptr)
+{
+}
+
+DefaultNode::~DefaultNode()
+{
+    qDeleteAll(mChildren);
+}
+
+QString DefaultNode::name() const
+{
+    return mName;
+}
+
+bool DefaultNode::isValue() const
+{
+    return mIsValue;
+}
+
+DefaultNode* DefaultNode::clone() const
+{
+    if (mIsValue)
+        return new DefaultNode(mName, mType, mDefaultValue, regExp());
+    DefaultNode* const copy = new DefaultNode(mName);
+    for (DefaultNode const* child : mChildren)
+        copy->append(child->clone());
+    return copy;
+}
+
+void DefaultNode::append(DefaultNode* child)
+{
+    mChildren.append(child);
+    mChildByName.insert(child->name(), child);
+    if (isPlaceholder(child->name()))
+        mTemplateDirectory = child;
+}
+
+QList<DefaultNode*> DefaultNode::children() const
+{
+    return mChildren;
+}
+
+DefaultNode* DefaultNode::child(QString const& name) const
+{
+    return mChildByName.value(name);
+}
+
+DefaultNode* DefaultNode::templateDirectory() const
+{
+    return mTemplateDirectory;
+}
+
+_RegEntryType DefaultNode::type() const
+{
+    return mType;
+}
+
+QString DefaultNode::defaultValue() const
+{
+    return mDefaultValue;
+}
+
+QString DefaultNode::regExp() const
+{
+    return mRegExp.pattern().isEmpty() ? QString() : mRegExp.pattern();
+}
+
+bool DefaultNode::admits(QString const& value) const
+{
+    if (!typeAdmits(mType, value))
+        return false;
+    return mRegExp.pattern().isEmpty() || mRegExp.exactMatch(value);
+}

@@ -1,0 +1,70 @@
+#pragma once
+
+#include <vantora/types.h>
+
+#include <QHash>
+#include <QList>
+#include <QRegExp>
+#include <QString>
+
+/// A declared place: a directory with its children in document order, or a value with its type, its
+/// default and the expression it must match. Read-only once the defaults are loaded.
+class DefaultNode
+{
+public:
+    /// A directory.
+    explicit DefaultNode(QString const& name);
+
+    /// A value.
+    ///
+    /// @param regExp  matched against the whole value; null for none.
+    DefaultNode(QString const& name, _RegEntryType type, QString const& defaultValue,
+                QString const& regExp);
+
+    /// Deletes the children.
+    ~DefaultNode();
+
+    QString name() const;
+    bool isValue() const;
+
+    /// A deep copy, the caller's.
+    DefaultNode* clone() const;
+
+    // Of a directory.
+
+    /// Takes ownership of `child`, whose name must be free here.
+    void append(DefaultNode* child);
+
+    /// In document order, the template directory included; they stay this node's.
+    QList<DefaultNode*> children() const;
+
+    /// The child of that very name, or null.
+    DefaultNode* child(QString const& name) const;
+
+    /// The child named by a placeholder, after which session directories are made, or null.
+    DefaultNode* templateDirectory() const;
+
+    // Of a value.
+
+    _RegEntryType type() const;
+    QString defaultValue() const;
+
+    /// Null when there is none.
+    QString regExp() const;
+
+    /// True when `value` fits the type and matches the regular expression. Calls for one node must
+    /// not overlap: the expression keeps the state of its last match.
+    bool admits(QString const& value) const;
+
+private:
+    Q_DISABLE_COPY(DefaultNode)
+
+    QString mName;
+    bool mIsValue;
+    _RegEntryType mType;
+    QString mDefaultValue;
+    QRegExp mRegExp;
+    QList<DefaultNode*> mChildren;
+    QHash<QString, DefaultNode*> mChildByName;
+    DefaultNode* mTemplateDirectory;
+};

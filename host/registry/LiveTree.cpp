@@ -1,0 +1,107 @@
+#include "registry/LiveTree.h"
+
+#include "registry/RegistryKey.h"
+
+#include <QMap>
+
+LiveNode::LiveNode()
+    : mHasValue(false)
+    , mOrdinal(0)
+{
+}
+
+LiveNode::~LiveNode()
+{
+    qDeleteAll(mChildren);
+}
+
+LiveNode const* LiveNode::child(QString const& name) const
+{
+    return mChildren.value(name);
+}
+
+QStringList LiveNode::sessions() const
+{
+    QStringList names;
+    QHash<QString, LiveNode*>::const_iterator child = mChildren.constBegin();
+    for (; child != mChildren.constEnd(); ++child) {
+        if (child.value()->isSession())
+            names.append(child.key());
+    }
+    return names;
+}
+
+QStringList LiveNode::sessionsByAge() const
+{
+    QMap<qint64, QString> byOrdinal;
+    QStringList const names = sessions();
+    for (QString const& name : names)
+        byOrdinal.insert(child(name)->mOrdinal, name);
+    return byOrdinal.values();
+}
+
+bool LiveNode::isSession() const
+{
+    return mOrdinal != 0;
+}
+
+bool LiveNode::hasValue() const
+{
+    return mHasValue;
+}
+
+QString LiveNode::value() const
+{
+    return mValue;
+}
+
+LiveTree::LiveTree()
+{
+}
+
+void LiveTree::apply(LiveChange const& change)
+{
+    switch (change.kind) {
+    case LiveChange::CreateDirectory:
+        makeNode(change.key)->mOrdinal = change.ordinal;
+        break;
+    case LiveChange::SetValue:
+        setValue(change.key, change.value);
+        break;
+    case LiveChange::RemoveDirectory:
+    case LiveChange::RemoveValue:
+        remove(change.key);
+        break;
+    }
+}
+
+LiveNode const& LiveTree::top() const
+{
+    return mTop;
+}
+
+LiveNode* LiveTree::makeNode(QString const& key)
+{
+    LiveNode* node = &mTop;
+    KeyPieces pieces(key);
+    while (pieces.next()) {
+        LiveNode*& child = node->mChildren[pieces.piece()];
+        if (!child)
+            child = new LiveNode;
+        node = child;
+    }
+    return node;
+}
+
+void LiveTree::setValue(QString const& key, QString const& value)
+{
+    LiveNode* const node = makeNode(key);
+    node->mHasValue = true;
+    node->mValue = value;
+}
+
+void LiveTree::remove(QString const& key)
+{
+    LiveNode* const parent = makeNode(parentKey(key));
+    delete parent->mChildren.take(key.mid(key.lastIndexOf(QLatin1Char('/')) + 1));
+}

@@ -1,0 +1,61 @@
+#pragma once
+
+#include "registry/LiveChange.h"
+
+#include <QHash>
+#include <QStringList>
+
+/// A place that something is stored at or under.
+class LiveNode
+{
+public:
+    LiveNode();
+
+    /// Deletes the children.
+    ~LiveNode();
+
+    /// The child of that name, or null.
+    LiveNode const* child(QString const& name) const;
+
+    /// The names of the session directories here, in no order.
+    QStringList sessions() const;
+
+    /// The same in the order of creation.
+    QStringList sessionsByAge() const;
+
+    bool isSession() const;
+    bool hasValue() const;
+    QString value() const;
+
+private:
+    friend class LiveTree;
+    Q_DISABLE_COPY(LiveNode)
+
+    QHash<QString, LiveNode*> mChildren;
+    QString mValue;
+    bool mHasValue;
+    // Place in the order of creation; 0 for what is no session directory.
+    qint64 mOrdinal;
+};
+
+/// The live values in memory: what the database holds, found by walking the components of a key, so
+/// that a look-up takes the same time however many sessions there are.
+class LiveTree
+{
+public:
+    LiveTree();
+
+    /// Takes over one step of a commit.
+    void apply(LiveChange const& change);
+
+    LiveNode const& top() const;
+
+private:
+    Q_DISABLE_COPY(LiveTree)
+
+    LiveNode* makeNode(QString const& key);
+    void setValue(QString const& key, QString const& value);
+    void remove(QString const& key);
+
+    LiveNode mTop;
+};

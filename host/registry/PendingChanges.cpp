@@ -1,0 +1,47 @@
+#include "registry/PendingChanges.h"
+
+PendingChange const* PendingChanges::find(QString const& key) const
+{
+    Changes::const_iterator const found = mChanges.constFind(key);
+    return found == mChanges.constEnd() ? nullptr : &found.value();
+}
+
+void PendingChanges::put(QString const& key, PendingChange const& change)
+{
+    mChanges.insert(key, change);
+}
+
+void PendingChanges::drop(QString const& key)
+{
+    mChanges.remove(key);
+}
+
+void PendingChanges::dropUnder(QString const& key)
+{
+    QStringList const keys = keysUnder(key);
+    for (QString const& each : keys)
+        drop(each);
+}
+
+QStringList PendingChanges::keys() const
+{
+    return mChanges.keys();
+}
+
+QStringList PendingChanges::keysAtOrUnder(QString const& key) const
+{
+    QStringList keys = keysUnder(key);
+    if (mChanges.contains(key))
+        keys.prepend(key);
+    return keys;
+}
+
+QStringList PendingChanges::keysUnder(QString const& key) const
+{
+    QString const prefix = key + QLatin1Char('/');
+    QStringList keys;
+    Changes::const_iterator change = mChanges.lowerBound(prefix);
+    for (; change != mChanges.constEnd() && change.key().startsWith(prefix); ++change)
+        keys.append(change.key());
+    return keys;
+}

@@ -1,0 +1,53 @@
+#pragma once
+
+#include <QMap>
+#include <QString>
+#include <QStringList>
+
+/// One change that waits for its commit.
+struct PendingChange
+{
+    enum Kind {
+        SetValue,
+        /// Back to the default.
+        RemoveValue,
+        CreateDirectory,
+        /// Deleted and created again: nothing of the old directory stays.
+        ReplaceDirectory,
+        RemoveDirectory
+    };
+
+    Kind kind;
+
+    /// Of SetValue.
+    QString value;
+
+    /// Of CreateDirectory and ReplaceDirectory: place in the order of creation.
+    qint64 ordinal;
+};
+
+/// The changes that wait for their commit, at most one a key.
+class PendingChanges
+{
+public:
+    /// The change pending for `key`, or null; stays this object's, until the next change to it.
+    PendingChange const* find(QString const& key) const;
+
+    /// Puts the change in the place of an earlier one of the key.
+    void put(QString const& key, PendingChange const& change);
+
+    void drop(QString const& key);
+    void dropUnder(QString const& key);
+
+    /// The keys with a pending change, directories before what lies in them.
+    QStringList keys() const;
+    QStringList keysAtOrUnder(QString const& key) const;
+
+private:
+    typedef QMap<QString, PendingChange> Changes;
+
+    QStringList keysUnder(QString const& key) const;
+
+    // Sorted: all keys under one key stand together.
+    Changes mChanges;
+};

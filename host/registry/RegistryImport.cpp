@@ -1,0 +1,112 @@
+#include "registry/RegistryImport.h"
+
+#include "registry/DefaultNode.h"
+#include "registry/LiveTree.h"
+#include "registry/Place.h"
+#include "registry/RegistryKey.h"
+
+namespace {
+
+bool fail(QString& error, char const* reason, QString const& key)
+{
+    error = QString::fromLatin1(reason).arg(key);
+    return false;
+}
+
+} // namespace
+
+RegistryImport::RegistryImport(DefaultNode const& declarations, LiveNode const& live,
+                               QStringList const& foreign, qint64 lastOrdinal)
+    : mDeclarations(declarations)
+    , mLive(live)
+    , mForeign(foreign)
+    , mLastOrdinal(lastOrdinal)
+{
+}
+
+bool RegistryImport::enterDirectory(QString const& name, QString& error)
+{
+    QString const key = keyFor(name);
+    Place place;
+    if (!findPlaceFor(key, name, place, error))
+        return false;
+    if (place.declaration->isValue())
+        return fail(error, "\"%1\" is a value", key);
+    // The directories around it are open, so they exist by now.
+    if (place.isSession(key) && !place.exists)
+        createSession(key);
+    mDirectories.append(key);
+    mListedKeys.append(key);
+    return true;
+}
+
+void RegistryImport::leaveDirectory()
+{
+    mDirectories.removeLast();
+}
+
+bool RegistryImport::addKey(RegistryXmlKey const& key, QString& error)
+{
+    QString const fullKey = keyFor(key.name);
+    Place place;
+    if (!findPlaceFor(fullKey, key.name, place, error))
+        return false;
+    if (!place.declaration->isValue())
+        return fail(error, "\"%1\" is a directory", fullKey);
+    if (!key.value.isNull() && !place.declaration->admits(key.value))
+        return fail(error, "\"%1\" does not admit its value", fullKey);
+    LiveChange::Kind const kind
+        = key.value.isNull() ? LiveChange::RemoveValue : LiveChange::SetValue;
+    LiveChange const step = {kind, fullKey, key.value, 0};
+    mSteps.append(step);
+    mListedKeys.append(fullKey);
+    return true;
+}
+
+LiveChanges RegistryImport::steps() const
+{
+    return mSteps;
+}
+
+QStringList RegistryImport::listedKeys() const
+{
+    return mListedKeys;
+}
+
+qint64 RegistryImport::lastOrdinal() const
+{
+    return mLastOrdinal;
+}
+
+QString RegistryImport::keyFor(QString const& name) const
+{
+    return mDirectories.isEmpty() ? name : childKey(mDirectories.last(), name);
+}
+
+bool RegistryImport::findPlaceFor(QString const& key, QString const& name, Place& place,
+                                  QString& error) const
+{
+    place = findPlace(mDeclarations, mLive, key);
+    bool const isKnown = place.declaration && !place.isTemplate && !isForeign(key);
+    if (!isKnown || name.contains(QLatin1Char('/')))
+        return fail(error, "\"%1\" is unknown", key);
+    return true;
+}
+
+bool RegistryImport::isForeign(QString const& key) const
+{
+    for (QString const& root : mForeign) {
+        if (isAtOrUnder(key, root))
+            return true;
+    }
+    return false;
+}
+
+void RegistryImport::createSession(QString const& key)
+{
+    if (mCreated.contains(key))
+        return;
+    mCreated.insert(key);
+    LiveChange const step = {LiveChange::CreateDirectory, key, QString(), ++mLastOrdinal};
+    mSteps.append(step);
+}

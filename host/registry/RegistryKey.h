@@ -1,0 +1,45 @@
+#pragma once
+
+#include <QString>
+
+/// True when `key` is `root` or lies under it. The text decides: nothing is normalised.
+bool isAtOrUnder(QString const& key, QString const& root);
+
+/// The key of the child `name` of `directory`.
+QString childKey(QString const& directory, QString const& name);
+
+/// The part of `key` before its last "/"; empty when there is none.
+QString parentKey(QString const& key);
+
+/// True for "{UUID}" and "{uuid}", the names of template directories.
+bool isPlaceholder(QString const& name);
+
+/// True for a name that a session directory may bear: the toolkit reads a UUID other than the nil
+/// one at its front, and all of it can stand in XML.
+bool isSessionName(QString const& name);
+
+/// True when every character of `text` can be written in XML as it is, and comes back as it was.
+bool isXmlText(QString const& text);
+
+/// Walks the components of a key, empty ones included, one after another.
+class KeyPieces
+{
+public:
+    explicit KeyPieces(QString const& key);
+
+    /// Goes to the next component, at first to the first one. False behind the last.
+    bool next();
+
+    QString piece() const;
+
+    /// The key from its beginning to the end of the current component.
+    QString upToHere() const;
+
+    /// True when the current component is the last.
+    bool isLast() const;
+
+private:
+    QString const mKey;
+    int mBegin;
+    int mEnd;
+};

@@ -1,0 +1,56 @@
+#include "registry/SqlConnection.h"
+
+#include <QFile>
+#include <QFileInfo>
+
+#include <sqlite3.h>
+
+SqlConnection::SqlConnection()
+    : mHandle(nullptr)
+{
+}
+
+SqlConnection::~SqlConnection()
+{
+    sqlite3_close(mHandle);
+}
+
+bool SqlConnection::open(QString const& file)
+{
+    int const flags = SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE;
+    return sqlite3_open_v2(QFile::encodeName(file).constData(), &mHandle, flags, nullptr)
+        == SQLITE_OK;
+}
+
+bool SqlConnection::openUntouched(QString const& file)
+{
+    QByteArray const path = QFile::encodeName(QFileInfo(file).absoluteFilePath());
+    QByteArray const uri = "file:" + path.toPercentEncoding("/") + "?immutable=1";
+    int const flags = SQLITE_OPEN_READONLY | SQLITE_OPEN_URI;
+    return sqlite3_open_v2(uri.constData(), &mHandle, flags, nullptr) == SQLITE_OK;
+}
+
+bool SqlConnection::execute(char const* sql)
+{
+    return sqlite3_exec(mHandle, sql, nullptr, nullptr, nullptr) == SQLITE_OK;
+}
+
+bool SqlConnection::isReadOnly() const
+{
+    return sqlite3_db_readonly(mHandle, "main") != 0;
+}
+
+bool SqlConnection::isLocked() const
+{
+    return sqlite3_errcode(mHandle) == SQLITE_BUSY;
+}
+
+QString SqlConnection::errorMessage() const
+{
+    return QString::fromUtf8(sqlite3_errmsg(mHandle));
+}
+
+sqlite3* SqlConnection::handle() const
+{
+    return mHandle;
+}
