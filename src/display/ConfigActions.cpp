@@ -1,0 +1,107 @@
+#include "display/ConfigActions.h"
+
+#include "common/Text.h"
+
+#include <vantora/vantora.h>
+
+#include <QLatin1String>
+#include <QMap>
+#include <QStringList>
+#include <QUuid>
+
+namespace {
+
+QLatin1String const kDisplay("root/Display");
+QLatin1String const kPrimaryProfile("root/Display/Configuration/primaryprofile");
+QLatin1String const kProfiles("root/Display/Profiles");
+QLatin1String const kLabel("/label");
+
+// Of the profile that the view makes for itself.
+QLatin1String const kOwnLabel("Zelvo");
+
+} // namespace
+
+ConfigActions::ConfigActions(Vantora& backend)
+    : mBackend(backend)
+    , mCurrentAction(ISettingClass::ACTION_IS_VISIBLE)
+{
+}
+
+void ConfigActions::setCurrentAction(ISettingClass::Action_t action)
+{
+    mCurrentAction = action;
+}
+
+ISettingClass::Action_t ConfigActions::currentAction() const
+{
+    return mCurrentAction;
+}
+
+QString ConfigActions::primaryProfilePath()
+{
+    QString labelInUse;
+    QMap<QString, _RegNodeType> profiles;
+    if (!readPrimaryLabel(labelInUse)
+        || mBackend.get(kProfiles, profiles, REG_PARAM_VALUE, emptyText()) != 0)
+        return QString();
+
+    QStringList const paths = profiles.keys();
+    for (QString const& path : paths) {
+        QString label;
+        if (read(path + kLabel, label) && label == labelInUse)
+            return path;
+    }
+    return QString();
+}
+
+bool ConfigActions::readPrimaryLabel(QString& label)
+{
+    return read(kPrimaryProfile, label);
+}
+
+QString ConfigActions::ensurePrimaryProfile()
+{
+    QString const path = primaryProfilePath();
+    if (!path.isNull())
+        return path;
+    createPrimaryProfile();
+    return primaryProfilePath();
+}
+
+bool ConfigActions::read(QString const& key, QString& out)
+{
+    return mBackend.get(key, out, REG_PARAM_VALUE, emptyText()) == 0;
+}
+
+bool ConfigActions::read(QString const& key, int& out)
+{
+    return mBackend.get(key, out, REG_PARAM_VALUE, emptyText()) == 0;
+}
+
+bool ConfigActions::write(QStringList const& keys, QStringList const& texts)
+{
+    for (int i = 0; i < keys.size(); ++i) {
+        if (mBackend.set(keys.at(i), texts.at(i), REG_PARAM_VALUE) != 0)
+            return false;
+    }
+    return true;
+}
+
+bool ConfigActions::commit(QStringList const& keys)
+{
+    for (QString const& key : keys) {
+        if (mBackend.commit(key) != 0)
+            return false;
+    }
+    return true;
+}
+
+void ConfigActions::createPrimaryProfile()
+{
+    QString const path = kProfiles + QLatin1Char('/') + QUuid::createUuid().toString();
+    // Whether it worked shows when the profile is looked for again.
+    static_cast<void>(mBackend.create(path, REG_TYPE_STRING));
+    static_cast<void>(mBackend.set(path + kLabel, kOwnLabel, REG_PARAM_VALUE));
+    static_cast<void>(mBackend.set(kPrimaryProfile, kOwnLabel, REG_PARAM_VALUE));
+    static_cast<void>(mBackend.commit(kDisplay));
+}
