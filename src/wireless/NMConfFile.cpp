@@ -1,0 +1,279 @@
+#include "wireless/NMConfFile.h"
+
+#include "common/Text.h"
+
+#include <QByteArray>
+#include <QFile>
+#include <QLatin1String>
+#include <QStringList>
+#include <QtDebug>
+
+namespace {
+
+QLatin1String const kAutoconnect("autoconnect");
+QLatin1String const kType("type");
+QLatin1String const kWirelessType("802-11-wireless");
+
+QLatin1String const kSsid("ssid");
+QLatin1String const kSecurity("security");
+QLatin1String const kSecurityGroupName("802-11-wireless-security");
+
+QLatin1String const kKeyManagement("key-mgmt");
+QLatin1String const kWpaKeyManagement("wpa-psk");
+QLatin1String const kWepKeyManagement("none");
+QLatin1String const kPsk("psk");
+QLatin1String const kWepKey("wep-key0");
+QLatin1String const kWepKeyType("wep-key-type");
+QLatin1String const kWepKeyIndex("wep-tx-keyidx");
+QLatin1String const kAuthentication("auth-alg");
+
+// The names that the view gives to the security types.
+QLatin1String const kNone("none");
+QLatin1String const kWep("WEP");
+QLatin1String const kWpa("WPA Personal");
+QLatin1String const kWpa2("WPA2 Personal");
+
+// The longest WEP key there is: 104 bits in hexadecimal digits. Anything longer is a passphrase.
+int const kLongestWepKey = 26;
+
+// In the order of NMConfFile::Group.
+char const* const kHeaders[] = {
+    "[802-11-wireless-security]",
+    "[connection]",
+    "[802-11-wireless]",
+    "[ipv4]",
+};
+
+int latin1Code(QChar character)
+{
+    return character.unicode() > 0xff ? 0 : character.unicode();
+}
+
+} // namespace
+
+struct NMConfFile::DefaultValue
+{
+    Group group;
+    char const* key;
+    char const* value;
+};
+
+// clang-format off
+NMConfFile::DefaultValue const NMConfFile::smDefaultValues[] = {
+    { ConnectionGroup, "id",                 "Zelvo" },
+    // One fixed UUID: there is at most one file of this content on a system.
+    { ConnectionGroup, "uuid",               "a3021b5f-f1b6-4398-a548-b967630b62be" },
+    { ConnectionGroup, "type",               "802-11-wireless" },
+    { ConnectionGroup, "autoconnect",        "true" },
+    { ConnectionGroup, "timestamp",          "0" },
+    { WirelessGroup,   "ssid",               "" },
+    { WirelessGroup,   "mode",               "infrastructure" },
+    { WirelessGroup,   "channel",            "0" },
+    { WirelessGroup,   "rate",               "0" },
+    { WirelessGroup,   "tx-power",           "0" },
+    { WirelessGroup,   "mtu",                "0" },
+    { WirelessGroup,   "seen-bssids",        "00:1e:2a:03:c7:de;" },
+    { Ipv4Group,       "method",             "auto" },
+    { Ipv4Group,       "ignore-auto-routes", "false" },
+    { Ipv4Group,       "ignore-auto-dns",    "false" },
+    { Ipv4Group,       "never-default",      "false" },
+};
+// clang-format on
+
+NMConfFile::NMConfFile(QString const& path)
+    : mFile(new QFile(path))
+{
+    if (mFile->exists())
+        loadConfig();
+    else
+        loadDefaultConfig();
+}
+
+NMConfFile::~NMConfFile()
+{
+}
+
+QString NMConfFile::fileName() const
+{
+    return mFile->fileName();
+}
+
+bool NMConfFile::autoconnect() const
+{
+    return mGroups[ConnectionGroup].value(kAutoconnect).toBool();
+}
+
+void NMConfFile::setAutoconnect(bool on)
+{
+    mGroups[ConnectionGroup].insert(kAutoconnect, on);
+}
+
+QString NMConfFile::ssid() const
+{
+    QString result = emptyText();
+    QStringList const codes = text(WirelessGroup, kSsid).split(QLatin1Char(';'));
+    for (QString const& code : codes) {
+        if (!code.isEmpty())
+            result.append(QChar(code.toInt() & 0xff));
+    }
+    return result;
+}
+
+void NMConfFile::setSsid(QString const& ssid)
+{
+    QString codes = emptyText();
+    for (QChar const character : ssid) {
+        codes.append(QString::number(latin1Code(character)));
+        codes.append(QLatin1Char(';'));
+    }
+    mGroups[WirelessGroup].insert(kSsid, codes);
+}
+
+QString NMConfFile::security() const
+{
+    if (text(SecurityGroup, kKeyManagement) == kWpaKeyManagement)
+        return kWpa;
+    return mGroups[SecurityGroup].contains(kWepKeyType) ? kWep : kNone;
+}
+
+void NMConfFile::setSecurity(QString name)
+{
+    if (name == security())
+        return;
+    // To be read before the group is emptied: where it stands depends on the old type.
+    QString const oldPassphrase = passphrase();
+    mGroups[SecurityGroup].clear();
+
+    if (name == kWep) {
+        startSecurity(kWepKeyManagement);
+        mGroups[SecurityGroup].insert(kAuthentication, QLatin1String("shared"));
+        setWepKey(oldPassphrase);
+    } else if (name == kWpa || name == kWpa2) {
+        startSecurity(kWpaKeyManagement);
+        mGroups[SecurityGroup].insert(kPsk, oldPassphrase);
+        // A WEP key of no type, which goes into a WPA connection too.
+        mGroups[SecurityGroup].insert(kWepKeyType, QLatin1String("0"));
+    } else {
+        mGroups[WirelessGroup].remove(kSecurity);
+    }
+}
+
+QString NMConfFile::passphrase() const
+{
+    QString const type = security();
+    if (type == kWep)
+        return text(SecurityGroup, kWepKey);
+    return type == kWpa ? text(SecurityGroup, kPsk) : emptyText();
+}
+
+void NMConfFile::setPassphrase(QString const& passphrase)
+{
+    QString const type = security();
+    if (type == kWep)
+        setWepKey(passphrase);
+    else if (type == kWpa)
+        mGroups[SecurityGroup].insert(kPsk, passphrase);
+}
+
+bool NMConfFile::isWirelessConfig() const
+{
+    return text(ConnectionGroup, kType) == kWirelessType;
+}
+
+QString NMConfFile::toString() const
+{
+    QString result;
+    for (int group = 0; group < GroupCount; ++group) {
+        result.append(QLatin1Char('\n'));
+        QMap<QString, QVariant> const& values = mGroups[group];
+        if (values.isEmpty())
+            continue;
+        result.append(QLatin1String(kHeaders[group]) + QLatin1Char('\n'));
+        for (auto it = values.constBegin(); it != values.constEnd(); ++it)
+            result.append(it.key() + QLatin1Char('=') + it.value().toString() + QLatin1Char('\n'));
+    }
+    return result;
+}
+
+void NMConfFile::sync()
+{
+    QByteArray const content = toString().toLatin1();
+    mFile->close();
+    if (!mFile->open(QIODevice::WriteOnly | QIODevice::Truncate))
+        return;
+    // Before the content: nobody else gets to see a passphrase, not even for a moment.
+    mFile->setPermissions(QFile::ReadOwner | QFile::WriteOwner);
+    mFile->write(content);
+    mFile->close();
+}
+
+void NMConfFile::loadConfig()
+{
+    if (mFile->isOpen())
+        mFile->seek(0);
+    else if (!mFile->open(QIODevice::ReadOnly))
+        return;
+
+    Group current = NoGroup;
+    while (mFile->bytesAvailable() > 0) {
+        QByteArray const line = mFile->readLine();
+        // A file may claim a size and then give nothing, or fail while it is read.
+        if (line.isEmpty())
+            return;
+        parseLine(latin1UpToNul(line.trimmed()), current);
+    }
+}
+
+void NMConfFile::loadDefaultConfig()
+{
+    for (DefaultValue const& row : smDefaultValues)
+        mGroups[row.group].insert(QLatin1String(row.key), QString::fromLatin1(row.value));
+}
+
+NMConfFile::Group NMConfFile::groupOfHeader(QString const& line)
+{
+    for (int group = 0; group < GroupCount; ++group) {
+        if (line == QLatin1String(kHeaders[group]))
+            return static_cast<Group>(group);
+    }
+    return NoGroup;
+}
+
+/// The value of a key as text: empty, but not null, when it is missing.
+QString NMConfFile::text(Group group, QString const& key) const
+{
+    QString const value = mGroups[group].value(key).toString();
+    return value.isNull() ? emptyText() : value;
+}
+
+/// @param current  the group that the line stands in; a header line changes it.
+void NMConfFile::parseLine(QString const& line, Group& current)
+{
+    if (line.startsWith(QLatin1Char('['))) {
+        current = groupOfHeader(line);
+    } else if (current == NoGroup) {
+        if (!line.isEmpty())
+            qWarning("unparsed line \"%s\"", line.toUtf8().constData());
+    } else if (line.contains(QLatin1Char('='))) {
+        // The text behind the last "=" is the value, and blanks beside a "=" belong to what they
+        // stand in: both are how these files have always been read here.
+        QStringList const pieces = line.split(QLatin1Char('='));
+        mGroups[current].insert(pieces.first(), pieces.last());
+    }
+}
+
+/// What the secured types have in common, WEP's key index included: WPA connections carry it too.
+void NMConfFile::startSecurity(QString const& keyManagement)
+{
+    mGroups[SecurityGroup].insert(kKeyManagement, keyManagement);
+    mGroups[SecurityGroup].insert(kWepKeyIndex, QLatin1String("0"));
+    mGroups[WirelessGroup].insert(kSecurity, kSecurityGroupName);
+}
+
+void NMConfFile::setWepKey(QString const& key)
+{
+    // "1" is a key in hexadecimal digits or characters, "2" a passphrase to be hashed into one.
+    QLatin1String const keyType(key.length() > kLongestWepKey ? "2" : "1");
+    mGroups[SecurityGroup].insert(kWepKey, key);
+    mGroups[SecurityGroup].insert(kWepKeyType, keyType);
+}

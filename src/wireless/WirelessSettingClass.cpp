@@ -1,0 +1,72 @@
+#include "wireless/WirelessSettingClass.h"
+
+#include "wireless/WirelessActions.h"
+
+#include <QLatin1String>
+
+namespace {
+
+QLatin1String const kBranch("zelvo-view/wireless");
+
+} // namespace
+
+WirelessSettingClass::WirelessSettingClass()
+{
+    mHandledKeys << QLatin1String("zelvo-view/wireless/enable")
+                 << QLatin1String("zelvo-view/wireless/ssid")
+                 << QLatin1String("zelvo-view/wireless/security")
+                 << QLatin1String("zelvo-view/wireless/passphrase");
+}
+
+WirelessSettingClass::~WirelessSettingClass()
+{
+}
+
+IConfigAction* WirelessSettingClass::isVisibleAction(QString const& key) const
+{
+    if (key != kBranch)
+        return nullptr;
+    return cached<WirelessActions::SettingsVisibilityAction>(ACTION_IS_VISIBLE);
+}
+
+IConfigAction* WirelessSettingClass::valueAction(QString const& key) const
+{
+    if (!mHandledKeys.contains(key))
+        return nullptr;
+    return cached<WirelessActions::ValueAction>(ACTION_VALUE);
+}
+
+IConfigAction* WirelessSettingClass::setValueAction(QString const&) const
+{
+    return nullptr;
+}
+
+IConfigAction* WirelessSettingClass::createAction(QString const&) const
+{
+    return nullptr;
+}
+
+IConfigAction* WirelessSettingClass::delAction(QString const&) const
+{
+    return nullptr;
+}
+
+IConfigAction* WirelessSettingClass::commitAction(QString const& key) const
+{
+    if (!mHandledKeys.contains(key))
+        return nullptr;
+    return cached<WirelessActions::CommitAction>(ACTION_COMMIT);
+}
+
+IConfigAction* WirelessSettingClass::applyAction(QString const&) const
+{
+    return nullptr;
+}
+
+template <class Action> IConfigAction* WirelessSettingClass::cached(Action_t operation) const
+{
+    IConfigAction*& action = mActions[operation];
+    if (!action)
+        action = new Action;
+    return action;
+}

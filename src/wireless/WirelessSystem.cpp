@@ -1,0 +1,145 @@
+#include "wireless/WirelessSystem.h"
+
+#include "wireless/NMConfFile.h"
+
+#include <QDBusConnection>
+#include <QDBusError>
+#include <QDBusInterface>
+#include <QDBusObjectPath>
+#include <QDBusReply>
+#include <QDBusVariant>
+#include <QDir>
+#include <QFileInfo>
+#include <QLatin1String>
+#include <QList>
+#include <QMetaType>
+#include <QScopedPointer>
+#include <QStringList>
+#include <QVariant>
+#include <QtDebug>
+
+namespace {
+
+QLatin1String const kService("org.freedesktop.NetworkManager");
+QLatin1String const kManagerPath("/org/freedesktop/NetworkManager");
+QLatin1String const kManagerInterface("org.freedesktop.NetworkManager");
+QLatin1String const kActiveInterface("org.freedesktop.NetworkManager.Connection.Active");
+QLatin1String const kPropertiesInterface("org.freedesktop.DBus.Properties");
+QLatin1String const kWirelessInterface("org.freedesktop.NetworkManager.Device.Wireless");
+
+QLatin1String const kOwnFileName("Zelvo");
+
+typedef QList<QDBusObjectPath> ObjectPaths;
+
+void registerTypes()
+{
+    qRegisterMetaType<QDBusObjectPath>("QDBusObjectPath");
+    qRegisterMetaType<ObjectPaths>("QList<QDBusObjectPath>");
+    qRegisterMetaType<QDBusVariant>("QDBusVariant");
+}
+
+/// @return belongs to the caller; not valid when the bus or NetworkManager is not there.
+QDBusInterface* newProxy(QString const& path, QString const& interface)
+{
+    registerTypes();
+    return new QDBusInterface(kService, path, interface, QDBusConnection::systemBus());
+}
+
+void warn(QString const& message)
+{
+    qWarning("\"%s\"", message.toUtf8().constData());
+}
+
+bool isValidOrWarned(QDBusInterface const& proxy)
+{
+    if (!proxy.isValid()) {
+        warn(QDBusConnection::systemBus().lastError().message());
+        return false;
+    }
+    return true;
+}
+
+/// The property of that name; empty when it is missing or no list of object paths.
+ObjectPaths objectPaths(QDBusInterface const& proxy, char const* property)
+{
+    return qvariant_cast<ObjectPaths>(proxy.property(property));
+}
+
+ObjectPaths activeConnectionDevices(QDBusObjectPath const& activeConnection)
+{
+    QScopedPointer<QDBusInterface> const proxy(newProxy(activeConnection.path(), kActiveInterface));
+    return isValidOrWarned(*proxy) ? objectPaths(*proxy, "Devices") : ObjectPaths();
+}
+
+void deactivateConnection(QDBusObjectPath const& activeConnection)
+{
+    QScopedPointer<QDBusInterface> const manager(newProxy(kManagerPath, kManagerInterface));
+    // A connection that is gone by now, or was asked before, needs no deactivating.
+    static_cast<void>(manager->call(QLatin1String("DeactivateConnection"),
+                                    QVariant::fromValue(activeConnection)));
+}
+
+/// A device is wireless when it has the wireless interface at all, whatever it is capable of.
+bool isWirelessDevice(QDBusObjectPath const& device)
+{
+    QScopedPointer<QDBusInterface> const proxy(newProxy(device.path(), kPropertiesInterface));
+    QDBusReply<QVariant> const capabilities
+        = proxy->call(QLatin1String("Get"), QString(kWirelessInterface),
+                      QString(QLatin1String("WirelessCapabilities")));
+    return capabilities.isValid();
+}
+
+} // namespace
+
+NMConfFile* wireless_defaultNmConfig(QDir const& dir)
+{
+    QFileInfoList const files
+        = dir.entryInfoList(QStringList(QLatin1String("*")), QDir::Files, QDir::Name);
+    for (QFileInfo const& info : files) {
+        // The listing lets a link to a pipe or a device through, and reading one might not end.
+        if (!info.isFile())
+            continue;
+        QScopedPointer<NMConfFile> file(new NMConfFile(info.absoluteFilePath()));
+        if (file->isWirelessConfig())
+            return file.take();
+    }
+    return new NMConfFile(dir.absolutePath() + QLatin1Char('/') + kOwnFileName);
+}
+
+QString wireless_firstHalDevice()
+{
+    QScopedPointer<QDBusInterface> const manager(newProxy(kManagerPath, kManagerInterface));
+    if (!isValidOrWarned(*manager))
+        return QString();
+    QDBusReply<ObjectPaths> const devices = manager->call(QLatin1String("GetDevices"));
+    if (!devices.isValid()) {
+        warn(devices.error().message());
+        return QString();
+    }
+    ObjectPaths const paths = devices.value();
+    for (QDBusObjectPath const& device : paths) {
+        if (isWirelessDevice(device))
+            return device.path();
+    }
+    return QString();
+}
+
+bool wireless_isEnabled()
+{
+    return !wireless_firstHalDevice().isEmpty();
+}
+
+void wireless_deactivateConnections()
+{
+    QScopedPointer<QDBusInterface> const manager(newProxy(kManagerPath, kManagerInterface));
+    if (!isValidOrWarned(*manager))
+        return;
+    ObjectPaths const connections = objectPaths(*manager, "ActiveConnections");
+    for (QDBusObjectPath const& connection : connections) {
+        ObjectPaths const devices = activeConnectionDevices(connection);
+        for (QDBusObjectPath const& device : devices) {
+            if (isWirelessDevice(device))
+                deactivateConnection(connection);
+        }
+    }
+}
