@@ -3,15 +3,19 @@
 #include "actions/ActionKit.h"
 #include "actions/registry/AutostartActions.h"
 #include "actions/registry/VexlinkCommitAction.h"
+#include "display/DisplaySettingClass.h"
+#include "wireless/WirelessSettingClass.h"
 
 namespace {
 
 enum RowKind {
     UuidDirectory, // the view's sessions are those of the registry directory
-    RegistryKey, // the kit's own actions on the registry key
-    AutostartKey, // an autostart pair of its own on the registry key
+    RegistryKey,   // the kit's own actions on the registry key
+    AutostartKey,  // an autostart pair of its own on the registry key
     VexlinkCommit, // the commit of a terminal session
     RegistryApply, // applied by the registry
+    DisplayArea,   // served by the display setting class
+    WirelessArea,  // served by the wireless setting class
 };
 
 struct ViewKeyRow
@@ -37,6 +41,9 @@ ViewKeyRow const kViewKeys[] = {
                     "root/ConnectionType/iceweasel/connections/{UUID}/autostart"},
     {RegistryKey,   "zelvo-view/browser/sessions/{uuid}/url",
                     "root/ConnectionType/iceweasel/connections/{UUID}/address"},
+
+    // The five display keys have no registry key each: what they mean depends on the profile in use.
+    {DisplayArea,   "zelvo-view/display", nullptr},
 
     {UuidDirectory, "zelvo-view/ica/sessions",
                     "root/ConnectionType/ica/connections"},
@@ -95,6 +102,9 @@ ViewKeyRow const kViewKeys[] = {
     {RegistryKey,   "zelvo-view/vmware/sessions/{uuid}/address",
                     "root/ConnectionType/view/connections/{UUID}/server"},
 
+    // Kept in a connection file of NetworkManager, not in the registry.
+    {WirelessArea,  "zelvo-view/wireless", nullptr},
+
     // XenApp is the registry's "pnagent".
     {UuidDirectory, "zelvo-view/xenapp/sessions",
                     "root/ConnectionType/pnagent/connections"},
@@ -107,7 +117,7 @@ ViewKeyRow const kViewKeys[] = {
 };
 // clang-format on
 
-void registerRow(ActionKit& kit, ViewKeyRow const& row)
+void registerRow(ActionKit& kit, Vantora& backend, ViewKeyRow const& row)
 {
     QString const viewKey = QLatin1String(row.viewKey);
     QString const registryKey = QLatin1String(row.registryKey);
@@ -128,13 +138,19 @@ void registerRow(ActionKit& kit, ViewKeyRow const& row)
     case RegistryApply:
         kit.registerApplyAction(viewKey, new RegistryApplyAction(registryKey));
         break;
+    case DisplayArea:
+        kit.registerSettingClass(new DisplaySettingClass(backend));
+        break;
+    case WirelessArea:
+        kit.registerSettingClass(new WirelessSettingClass);
+        break;
     }
 }
 
 } // namespace
 
-void registerViewKeys(ActionKit& kit, Vantora&)
+void registerViewKeys(ActionKit& kit, Vantora& backend)
 {
     for (ViewKeyRow const& row : kViewKeys)
-        registerRow(kit, row);
+        registerRow(kit, backend, row);
 }
