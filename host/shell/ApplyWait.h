@@ -1,0 +1,39 @@
+#pragma once
+
+#include <QElapsedTimer>
+#include <QObject>
+#include <QString>
+#include <QSystemSemaphore>
+
+/// Waits for the end of an apply, which is told by the release of a system semaphore.
+///
+/// The semaphore exists, with the value 0, from the construction of this object to its end, so that
+/// an apply that is over at once is not missed. Serves the events of the calling thread while it
+/// waits.
+class ApplyWait : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// @param semaphoreName  nobody else's.
+    /// @param subject        what is applied, for the progress shown on standard error.
+    ApplyWait(QString const& semaphoreName, QString const& subject);
+
+    /// Whether the semaphore could be made; if not, a message is in `error`.
+    bool isReady(QString& error) const;
+
+    /// @return true once the semaphore was released, false when `timeoutSeconds` are over.
+    bool wait(int timeoutSeconds);
+
+private slots:
+    void showProgress();
+
+private:
+    QString const mSemaphoreName;
+    QString const mSubject;
+    QSystemSemaphore mSemaphore;
+    QElapsedTimer mElapsed;
+
+    // Progress was shown on a line of a terminal that has not ended yet.
+    bool mIsProgressOpen;
+};

@@ -1,0 +1,15 @@
+#pragma once
+
+#include <vantora/types.h>
+
+#include <QString>
+
+/// The full key: with "root/" in front unless it lies in one of the two key spaces already.
+QString fullKey(QString const& typed);
+
+/// The last component of a key.
+QString ownName(QString const& key);
+
+/// A node of a listing as a person sees it: its own name, that of a directory with a "/" behind it.
+/// A value is its own text.
+QString shownName(QString const& key, _RegNodeType type);

@@ -1,0 +1,190 @@
+#include "loader/PluginLoader.h"
+#include "registry/RegistryHost.h"
+#include "shell/CommandSource.h"
+#include "shell/ExitStatus.h"
+#include "shell/Options.h"
+#include "shell/Printer.h"
+#include "shell/Prompt.h"
+#include "shell/Shell.h"
+
+#include <vantora/abstractplugin.h>
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QEvent>
+#include <QFileInfo>
+#include <QScopedPointer>
+
+#include <cstdlib>
+
+#include <unistd.h>
+
+namespace {
+
+char const* const kInMemory = ":memory:";
+
+// Where the shipped default settings lie, seen from the program: installed, and in a build folder.
+char const* const kDefaultsPlaces[] = {"../share/zelvo-view/defaults", "../../../share/defaults"};
+
+QStringList shippedDefaults()
+{
+    QDir const programDirectory(QCoreApplication::applicationDirPath());
+    for (char const* const place : kDefaultsPlaces) {
+        QString const directory = programDirectory.filePath(QLatin1String(place));
+        if (QFileInfo(directory).isDir())
+            return QStringList(QDir::cleanPath(directory));
+    }
+    return QStringList();
+}
+
+QStringList defaultsDirectories(Options const& options, QString const& baseDir)
+{
+    QStringList directories = options.defaults.isEmpty() ? shippedDefaults() : options.defaults;
+    QString const own = QDir(baseDir).filePath(QLatin1String("defaults"));
+    if (QFileInfo(own).isDir())
+        directories.append(own);
+    return directories;
+}
+
+bool loadPlugins(Options const& options, QString const& baseDir, PluginLoader& loader,
+                 RegistryHost& host, QString& error)
+{
+    for (QString const& file : options.plugins) {
+        AbstractPlugin* const plugin = loader.load(file, error);
+        if (!plugin)
+            return false;
+        plugin->pluginIsLoaded(host, host.defaultSettings(), QCoreApplication::applicationName(),
+                               baseDir);
+        host.addPlugin(*plugin);
+    }
+    return true;
+}
+
+bool startHost(Options const& options, PluginLoader& loader, RegistryHost& host, QString& error)
+{
+    QString const baseDir = QFileInfo(options.baseDir).absoluteFilePath();
+    QStringList const directories = defaultsDirectories(options, baseDir);
+    for (QString const& directory : directories) {
+        if (!host.loadDefaults(directory, error))
+            return false;
+    }
+    QString const registryFile
+        = options.registryFile.isEmpty() ? QString::fromLatin1(kInMemory) : options.registryFile;
+    return host.open(registryFile, error) && loadPlugins(options, baseDir, loader, host, error);
+}
+
+QString historyFile(Options const& options)
+{
+    if (options.registryFile.isEmpty() || options.registryFile == QLatin1String(kInMemory))
+        return QString();
+    return options.registryFile + QLatin1String(".history");
+}
+
+bool takesStandardInput(Options const& options)
+{
+    return options.words.isEmpty() || options.words == QStringList(QLatin1String("-"));
+}
+
+bool isAtPrompt(Options const& options)
+{
+    return options.words.isEmpty() && isatty(STDIN_FILENO) != 0;
+}
+
+/// The caller owns the answer.
+CommandSource* makeSource(Options const& options, RegistryHost& host)
+{
+    if (isAtPrompt(options))
+        return new Prompt(host, historyFile(options));
+    if (takesStandardInput(options))
+        return new StreamSource;
+    return new ArgumentSource(options.words);
+}
+
+/// The caller owns the answer.
+Printer* makePrinter(Options const& options)
+{
+    return options.json ? static_cast<Printer*>(new JsonPrinter) : new TextPrinter;
+}
+
+/// Lets go of what has ended meanwhile: the threads of an apply are deleted by their signals.
+void serveEvents()
+{
+    QCoreApplication::processEvents();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+}
+
+int carryOut(CommandSource::Input const& input, Shell& shell)
+{
+    return input.error.isNull() ? shell.execute(input.command)
+                                : shell.refuse(input.line, input.error);
+}
+
+bool isEmpty(CommandSource::Input const& input)
+{
+    return input.error.isNull() && input.command.name.isEmpty();
+}
+
+void echoInput(CommandSource::Input const& input)
+{
+    writeOutput(QLatin1String(isEmpty(input) ? "" : "> ") + input.line + QLatin1Char('\n'));
+}
+
+/// @return the code of the last command, or of the first that failed.
+int runCommands(CommandSource& source, Shell& shell, Options const& options)
+{
+    bool const keepGoing = options.keepGoing || isAtPrompt(options);
+    int code = 0;
+    CommandSource::Input input;
+    while ((code == 0 || keepGoing) && !shell.isFinished() && source.next(input)) {
+        if (options.echo)
+            echoInput(input);
+        if (isEmpty(input))
+            continue;
+        int const result = carryOut(input, shell);
+        serveEvents();
+        // Leaving says nothing about what was done before.
+        if (!shell.isFinished())
+            code = result;
+    }
+    return code;
+}
+
+/// @return the exit status of the program.
+int serve(Options const& options)
+{
+    // In this order: the plugins go before the host that serves them.
+    RegistryHost host;
+    PluginLoader loader;
+    QString error;
+    if (!startHost(options, loader, host, error)) {
+        writeMessage(QLatin1String("vantora-shell: ") + error);
+        return kHostUnavailable;
+    }
+
+    QScopedPointer<Printer> const printer(makePrinter(options));
+    QScopedPointer<CommandSource> source(makeSource(options, host));
+    Shell shell(host, *printer, options.timeoutSeconds);
+    shell.setVerbose(options.verbose);
+    int const code = runCommands(*source, shell, options);
+    if (shell.hasUnfinishedApply()) {
+        // Its threads still use the host: nothing may be taken down under them. What was committed
+        // is on disk already.
+        source.reset();
+        std::_Exit(code);
+    }
+    return code;
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    Options options;
+    int exitStatus = 0;
+    if (!readOptions(argc, argv, options, exitStatus))
+        return exitStatus;
+
+    QCoreApplication application(argc, argv);
+    QCoreApplication::setApplicationName(QLatin1String("vantora-shell"));
+    return serve(options);
+}
