@@ -164,11 +164,11 @@ void ConfigTree::populateEntryWithAllDescendants(ConfigBranch& branch, Reg::Regi
         return;
     QList<Reg::Node*> const list = nodes.list();
     for (Reg::Node const* const node : list) {
-        QString const name = KeyPath(node->absoluteName()).basename();
         if (Reg::Entry const* const value = dynamic_cast<Reg::Entry const*>(node))
-            makeKey(branch, *value, name);
+            makeKey(branch, *value, node->name());
         else
-            populateEntryWithAllDescendants(*branch.branch(name), registry, node->absoluteName());
+            populateEntryWithAllDescendants(*branch.branch(node->name()), registry,
+                                            node->absoluteName());
     }
 }
 
@@ -180,7 +180,7 @@ void ConfigTree::sortLikeDefaultSettings(ConfigBranch& branch, Reg::Registry* re
         return;
     QList<Reg::Node*> const list = nodes.list();
     for (Reg::Node const* const node : list) {
-        IConfigEntry* const child = branch.child(KeyPath(node->absoluteName()).basename());
+        IConfigEntry* const child = branch.child(node->name());
         if (child && branch.detachChild(*child))
             branch.addChild(child);
     }

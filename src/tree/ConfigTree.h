@@ -8,8 +8,7 @@ class NodeSet;
 class Registry;
 } // namespace Reg
 
-/// The root of a view tree. It grows on demand: from the default settings, which know every key
-/// with
+/// The root of a view tree. It grows on demand: from the default settings, which know every key with
 /// "{uuid}" in place of a session's UUID, and from the sessions that the registry holds.
 ///
 /// A tree serves one request; its name is the last component of its root. Host thread only.

@@ -16,8 +16,7 @@ public:
     /// @param backend  told of the end; must outlive the thread.
     /// @param pool     the request's; must outlive the thread.
     /// @param key      set to "0" and committed at the end, and the name of the system semaphore
-    /// that
-    ///                 is then released once; empty: nobody is told.
+    ///                 that is then released once; empty: nobody is told.
     LastCommandTask(Vantora* backend, QThreadPool* pool, QString const& key);
 
     /// Waits for the pool, then runs the pending last command or, where the hand-over file
