@@ -1,0 +1,730 @@
+// What is set or created waits for its commit, and nothing else does.
+
+#include "plugin/PluginScene.h"
+#include "tree/ConfigKey.h"
+#include "tree/ConfigTree.h"
+
+#include <QtTest>
+
+#include <algorithm>
+
+namespace {
+
+char const kUuid[] = "{c0ffee00-1234-4321-abcd-0123456789ab}";
+char const kOtherUuid[] = "{deadbeef-1234-4321-abcd-0123456789ab}";
+
+QString registrySession(QString const& uuid = kUuid)
+{
+    return "root/ConnectionType/rdesktop/connections/" + uuid;
+}
+
+QString viewSession(QString const& uuid = kUuid)
+{
+    return "rdp/sessions/" + uuid;
+}
+
+} // namespace
+
+class SetBufferTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase_data() { addRoots(); }
+
+    void isMadeOnFirstUseAndRootedAtTheRoot();
+    void deletingItForgetsWhatWasSet();
+
+    void valueSurvivesEverythingButItsCommit_data();
+    void valueSurvivesEverythingButItsCommit();
+    void valueIsCommittedOnce();
+    void secondValueReplacesTheFirst();
+    void emptyValueIsCommittedAsAValue();
+    void whatTheScriptMadeOfAValueIsCommitted();
+    void committedKeyTakesPartThoughItWasNotSet();
+    void valueSetAgainAfterTheCommitWaitsForTheNext();
+
+    void branchCommitsWhatWasSetAlone();
+    void branchCommitsInTheOrderOfTheDefaultSettings_data();
+    void branchCommitsInTheOrderOfTheDefaultSettings();
+    void branchWithoutSetKeysCommitsItselfAlone();
+    void keyThatAListingShowedIsNotCommitted();
+    void keyThatACommitLookedUpIsNotLeftBehind();
+
+    void rootCommitsEverythingAndForgetsIt();
+    void rootUnknownToTheDefaultSettingsAnswersOneAllTheSame();
+    void ancestorsCommitEverythingAndAnswerOne();
+    void strangersKeysCommitNothing_data();
+    void strangersKeysCommitNothing();
+
+    void sessionsThatCannotBeListedCommitNothing();
+    void failedRequestsLeaveItAlone_data();
+    void failedRequestsLeaveItAlone();
+
+    void createdSessionIsCommittedWithoutItsKeys();
+    void createdSessionCommitsTheKeysThatWereSet();
+    void creatingTwiceCommitsOnce();
+    void creationThatFailsStaysPending();
+    void createdSessionThatIsDeletedIsCommittedAllTheSame();
+    void deletingDoesNotDropAValue();
+    void applyingDoesNotDropAValue();
+    void keyOfASessionNeverCreatedIsCommitted();
+    void sessionsCommitTheirOwn();
+    void commitsInAnyOrder();
+    void manySessionsStayPending();
+};
+
+void SetBufferTest::isMadeOnFirstUseAndRootedAtTheRoot()
+{
+    QFETCH_GLOBAL(QString, root);
+
+    PluginScene scene(root);
+    ConfigTree* const buffer = scene.plugin->setBuffer();
+    QVERIFY(buffer);
+    QVERIFY(scene.plugin->setBuffer() == buffer);
+    QCOMPARE(buffer->rootDir(), root);
+    QVERIFY(buffer->children().isEmpty());
+
+    QCOMPARE(scene.set(scene.at("radio/ssid"), "Home"), 0);
+    ConfigKey const* const pending
+        = dynamic_cast<ConfigKey*>(scene.plugin->setBuffer()->entry(scene.at("radio/ssid")));
+    QVERIFY(pending);
+    QCOMPARE(pending->bufferValue(), QString("Home"));
+}
+
+void SetBufferTest::deletingItForgetsWhatWasSet()
+{
+    QFETCH_GLOBAL(QString, root);
+
+    PluginScene scene(root);
+    scene.logRadioCommits();
+    QCOMPARE(scene.set(scene.at("radio/ssid"), "Home"), 0);
+    scene.plugin->deleteSetBuffer();
+    scene.plugin->deleteSetBuffer();
+    QVERIFY(scene.plugin->setBuffer()->children().isEmpty());
+    QCOMPARE(scene.commit(root), 0);
+    QCOMPARE(scene.commits(), QStringList());
+}
+
+void SetBufferTest::valueSurvivesEverythingButItsCommit_data()
+{
+    QTest::addColumn<QString>("operation");
+    QTest::addColumn<QString>("key");
+
+    QTest::newRow("reading it") << "get"
+                                << "radio/ssid";
+    QTest::newRow("listing its branch") << "get"
+                                        << "radio";
+    QTest::newRow("listing the root") << "get"
+                                      << "";
+    QTest::newRow("asking for it") << "contains"
+                                   << "radio/ssid";
+    QTest::newRow("setting its neighbour") << "set"
+                                           << "radio/security";
+    QTest::newRow("setting a key elsewhere") << "set"
+                                             << "usb/enable";
+    QTest::newRow("committing its neighbour") << "commit"
+                                              << "radio/security";
+    QTest::newRow("committing a key elsewhere") << "commit"
+                                                << "usb/enable";
+    QTest::newRow("committing a branch elsewhere") << "commit"
+                                                   << "usb";
+    QTest::newRow("deleting it") << "del"
+                                 << "radio/ssid";
+    QTest::newRow("deleting its branch") << "del"
+                                         << "radio";
+    QTest::newRow("applying its branch") << "apply"
+                                         << "radio";
+    QTest::newRow("creating a session") << "create"
+                                        << "rdp/sessions/{c0ffee00-1234-4321-abcd-0123456789ab}";
+}
+
+void SetBufferTest::valueSurvivesEverythingButItsCommit()
+{
+    QFETCH_GLOBAL(QString, root);
+    QFETCH(QString, operation);
+    QFETCH(QString, key);
+
+    PluginScene scene(root);
+    scene.logRadioCommits();
+    QCOMPARE(scene.set(scene.at("radio/ssid"), "Home"), 0);
+    QString const other = key.isEmpty() ? root : scene.at(key);
+    int code = 1;
+    if (operation == "get")
+        code = scene.get(other);
+    else if (operation == "contains")
+        code = scene.contains(other);
+    else if (operation == "set")
+        code = scene.set(other, "x");
+    else if (operation == "commit")
+        code = scene.commit(other);
+    else if (operation == "del")
+        code = scene.del(other);
+    else if (operation == "apply")
+        code = scene.apply(other);
+    else if (operation == "create")
+        code = scene.create(other);
+    QCOMPARE(code, 0);
+
+    QCOMPARE(scene.commit(scene.at("radio/ssid")), 0);
+    QCOMPARE(scene.commits().last(), QString("ssid=Home"));
+}
+
+void SetBufferTest::valueIsCommittedOnce()
+{
+    QFETCH_GLOBAL(QString, root);
+
+    PluginScene scene(root);
+    scene.logRadioCommits();
+    QCOMPARE(scene.set(scene.at("radio/ssid"), "Home"), 0);
+    QCOMPARE(scene.commit(scene.at("radio/ssid")), 0);
+    QCOMPARE(scene.commit(scene.at("radio")), 0);
+    QCOMPARE(scene.commit(root), 0);
+    QCOMPARE(scene.commits(), QStringList() << "ssid=Home");
+}
+
+void SetBufferTest::secondValueReplacesTheFirst()
+{
+    QFETCH_GLOBAL(QString, root);
+
+    PluginScene scene(root);
+    scene.logRadioCommits();
+    QCOMPARE(scene.set(scene.at("radio/ssid"), "Home"), 0);
+    QCOMPARE(scene.set(scene.at("radio/ssid"), "Office"), 0);
+    QCOMPARE(scene.commit(scene.at("radio")), 0);
+    QCOMPARE(scene.commits(), QStringList() << "ssid=Office");
+}
+
+void SetBufferTest::emptyValueIsCommittedAsAValue()
+{
+    QFETCH_GLOBAL(QString, root);
+
+    PluginScene scene(root);
+    scene.logRadioCommits();
+    QCOMPARE(scene.set(scene.at("radio/ssid"), ""), 0);
+    ConfigKey const* const pending
+        = dynamic_cast<ConfigKey*>(scene.plugin->setBuffer()->entry(scene.at("radio/ssid")));
+    QVERIFY(pending && !pending->bufferValue().isNull());
+    QCOMPARE(scene.commit(scene.at("radio")), 0);
+    QCOMPARE(scene.commits(), QStringList() << "ssid=");
+}
+
+void SetBufferTest::whatTheScriptMadeOfAValueIsCommitted()
+{
+    QFETCH_GLOBAL(QString, root);
+
+    PluginScene scene(root);
+    scene.logRadioCommits();
+    scene.wrappers.addScript("zelvo-view/radio/ssid", "set.sh", "tr -d ' ' < \"$1\"");
+    QCOMPARE(scene.set(scene.at("radio/ssid"), "  My Home "), 0);
+    QCOMPARE(scene.set(scene.at("radio/security"), "wpa"), 0);
+    QCOMPARE(scene.commit(scene.at("radio")), 0);
+    QCOMPARE(scene.commits(),
+             QStringList() << "ssid=MyHome"
+                           << "security=wpa");
+}
+
+void SetBufferTest::committedKeyTakesPartThoughItWasNotSet()
+{
+    QFETCH_GLOBAL(QString, root);
+
+    PluginScene scene(root);
+    scene.logRadioCommits();
+    QCOMPARE(scene.commit(scene.at("radio/ssid")), 0);
+    QCOMPARE(scene.commits(), QStringList() << "ssid=");
+    QCOMPARE(scene.commit(scene.at("usb/enable")), 0);
+    QCOMPARE(scene.backend.calls("commit"),
+             QStringList() << "commit root/USB/root/mass-storage/allowed");
+}
+
+void SetBufferTest::valueSetAgainAfterTheCommitWaitsForTheNext()
+{
+    QFETCH_GLOBAL(QString, root);
+
+    PluginScene scene(root);
+    scene.logRadioCommits();
+    QCOMPARE(scene.set(scene.at("radio/ssid"), "Home"), 0);
+    QCOMPARE(scene.commit(scene.at("radio/ssid")), 0);
+    QCOMPARE(scene.set(scene.at("radio/ssid"), "Office"), 0);
+    QCOMPARE(scene.commits(), QStringList() << "ssid=Home");
+    QCOMPARE(scene.commit(scene.at("radio/ssid")), 0);
+    QCOMPARE(scene.commits(),
+             QStringList() << "ssid=Home"
+                           << "ssid=Office");
+}
+
+void SetBufferTest::branchCommitsWhatWasSetAlone()
+{
+    QFETCH_GLOBAL(QString, root);
+
+    PluginScene scene(root);
+    scene.logRadioCommits();
+    QCOMPARE(scene.set(scene.at("radio/ssid"), "Home"), 0);
+    QCOMPARE(scene.get(scene.at("radio")), 0);
+    QCOMPARE(scene.commit(scene.at("radio")), 0);
+    QCOMPARE(scene.commits(), QStringList() << "ssid=Home");
+}
+
+void SetBufferTest::branchCommitsInTheOrderOfTheDefaultSettings_data()
+{
+    QTest::addColumn<QStringList>("keys");
+    QTest::addColumn<QString>("committed");
+
+    QStringList const all = QStringList() << "ssid"
+                                          << "security"
+                                          << "passphrase";
+    QStringList const reverse = QStringList() << "passphrase"
+                                              << "security"
+                                              << "ssid";
+    QStringList const again = QStringList() << "passphrase"
+                                            << "ssid"
+                                            << "security"
+                                            << "ssid";
+
+    QTest::newRow("set in that order, the branch") << all << "radio";
+    QTest::newRow("set in reverse, the branch") << reverse << "radio";
+    QTest::newRow("one set twice, the branch") << again << "radio";
+    QTest::newRow("set in reverse, the root") << reverse << "";
+}
+
+void SetBufferTest::branchCommitsInTheOrderOfTheDefaultSettings()
+{
+    QFETCH_GLOBAL(QString, root);
+    QFETCH(QStringList, keys);
+    QFETCH(QString, committed);
+
+    PluginScene scene(root);
+    scene.logRadioCommits();
+    QStringList const order = keys;
+    for (QString const& key : order) {
+        QCOMPARE(scene.set(scene.at("radio/" + key), key.toUpper()), 0);
+        QCOMPARE(scene.set(scene.at("usb/enable"), "true"), 0);
+    }
+    QCOMPARE(scene.commit(committed.isEmpty() ? root : scene.at(committed)), 0);
+    QCOMPARE(scene.commits(),
+             QStringList() << "ssid=SSID"
+                           << "security=SECURITY"
+                           << "passphrase=PASSPHRASE");
+}
+
+void SetBufferTest::branchWithoutSetKeysCommitsItselfAlone()
+{
+    QFETCH_GLOBAL(QString, root);
+
+    PluginScene scene(root);
+    scene.logRadioCommits();
+    scene.wrappers.addScript("zelvo-view/radio", "commit.sh", "echo itself >> log");
+    QCOMPARE(scene.commit(scene.at("radio")), 0);
+    QCOMPARE(scene.commits(), QStringList() << "itself");
+}
+
+void SetBufferTest::keyThatAListingShowedIsNotCommitted()
+{
+    QFETCH_GLOBAL(QString, root);
+
+    PluginScene scene(root);
+    scene.logRadioCommits();
+    QCOMPARE(scene.get(scene.at("radio")), 0);
+    QCOMPARE(scene.get(scene.at("radio/ssid")), 0);
+    QCOMPARE(scene.contains(scene.at("radio/ssid")), 0);
+    QCOMPARE(scene.commit(root), 0);
+    QCOMPARE(scene.commits(), QStringList());
+}
+
+void SetBufferTest::keyThatACommitLookedUpIsNotLeftBehind()
+{
+    QFETCH_GLOBAL(QString, root);
+
+    PluginScene scene(root);
+    scene.logRadioCommits();
+    scene.addSessions("rdesktop", QStringList() << kUuid);
+    QCOMPARE(scene.commit(scene.at("radio/ssid")), 0);
+    QCOMPARE(scene.commit(scene.at("radio")), 0);
+    QCOMPARE(scene.commit(scene.at("rdp")), 0);
+    QCOMPARE(scene.commit(scene.at("rdp/sessions")), 0);
+    QCOMPARE(scene.commits(), QStringList() << "ssid=");
+    QVERIFY(!scene.plugin->setBuffer()->entry(scene.at("radio/ssid")));
+    QVERIFY(!scene.plugin->setBuffer()->entry(scene.at("rdp")));
+    QCOMPARE(scene.commit(root), 0);
+    QCOMPARE(scene.commits(), QStringList() << "ssid=");
+    QCOMPARE(scene.backend.calls("commit"), QStringList());
+}
+
+void SetBufferTest::rootCommitsEverythingAndForgetsIt()
+{
+    QFETCH_GLOBAL(QString, root);
+
+    PluginScene scene(root);
+    scene.logRadioCommits();
+    QCOMPARE(scene.set(scene.at("radio/ssid"), "Home"), 0);
+    QCOMPARE(scene.set(scene.at(viewSession() + "/name"), "Desk"), 0);
+    QCOMPARE(scene.commit(root), 0);
+    QCOMPARE(scene.commits(), QStringList() << "ssid=Home");
+    QVERIFY(scene.backend.calls("commit").contains("commit " + registrySession() + "/label"));
+    scene.backend.forgetCalls();
+
+    QCOMPARE(scene.commit(root), 0);
+    QCOMPARE(scene.commits(), QStringList() << "ssid=Home");
+    QCOMPARE(scene.backend.calls("commit"), QStringList());
+}
+
+void SetBufferTest::rootUnknownToTheDefaultSettingsAnswersOneAllTheSame()
+{
+    QFETCH_GLOBAL(QString, root);
+
+    /// Knows all but the root.
+    class RootlessRegistry : public Reg::Registry
+    {
+    public:
+        RootlessRegistry(Reg::Registry& registry, QString const& unknown)
+            : mRegistry(registry)
+            , mUnknown(unknown)
+        {
+        }
+
+        int query(QString const& key, Reg::NodeSet& nodes, QString const& extra) override
+        {
+            return key == mUnknown ? 1 : mRegistry.query(key, nodes, extra);
+        }
+
+    private:
+        Reg::Registry& mRegistry;
+        QString mUnknown;
+    };
+
+    PluginScene scene(root);
+    scene.logRadioCommits();
+    RootlessRegistry rootless(scene.defaults, root);
+    scene.load(rootless, scene.baseDir());
+    QCOMPARE(scene.set(scene.at("radio/ssid"), "Home"), 0);
+    QCOMPARE(scene.set(scene.at("usb/enable"), "true"), 0);
+    QCOMPARE(scene.commit(root), 1);
+    QCOMPARE(scene.commits(), QStringList() << "ssid=Home");
+    QCOMPARE(scene.backend.calls("commit"),
+             QStringList() << "commit root/USB/root/mass-storage/allowed");
+    QCOMPARE(scene.commit(root), 1);
+    QCOMPARE(scene.commits(), QStringList() << "ssid=Home");
+}
+
+void SetBufferTest::ancestorsCommitEverythingAndAnswerOne()
+{
+    QFETCH_GLOBAL(QString, root);
+
+    QString ancestor = root;
+    while (ancestor.contains('/')) {
+        ancestor = ancestor.section('/', 0, -2);
+        PluginScene scene(root);
+        scene.logRadioCommits();
+        QCOMPARE(scene.set(scene.at("radio/ssid"), "Home"), 0);
+        QCOMPARE(scene.set(scene.at("usb/enable"), "true"), 0);
+        QCOMPARE(scene.commit(ancestor), 1);
+        QCOMPARE(scene.commits(), QStringList() << "ssid=Home");
+        QCOMPARE(scene.backend.calls("commit"),
+                 QStringList() << "commit root/USB/root/mass-storage/allowed");
+
+        QCOMPARE(scene.commit(ancestor), 1);
+        QCOMPARE(scene.commits(), QStringList() << "ssid=Home");
+    }
+}
+
+void SetBufferTest::strangersKeysCommitNothing_data()
+{
+    QTest::addColumn<QString>("key");
+
+    QTest::newRow("a key elsewhere") << "root/other/key";
+    QTest::newRow("a longer name than the root's") << "ROOT-too";
+    QTest::newRow("an unknown key of the view") << "ROOT/radio/colour";
+    QTest::newRow("a key below a value") << "ROOT/radio/ssid/x";
+    QTest::newRow("the root and a slash") << "ROOT/";
+    QTest::newRow("the name alone") << "zelvo-view";
+}
+
+void SetBufferTest::strangersKeysCommitNothing()
+{
+    QFETCH_GLOBAL(QString, root);
+    QFETCH(QString, key);
+
+    PluginScene scene(root);
+    scene.logRadioCommits();
+    QCOMPARE(scene.set(scene.at("radio/ssid"), "Home"), 0);
+    QCOMPARE(scene.commit(key.replace("ROOT", root)), 1);
+    QCOMPARE(scene.commits(), QStringList());
+    QCOMPARE(scene.commit(root), 0);
+    QCOMPARE(scene.commits(), QStringList() << "ssid=Home");
+}
+
+void SetBufferTest::sessionsThatCannotBeListedCommitNothing()
+{
+    QFETCH_GLOBAL(QString, root);
+
+    PluginScene scene(root);
+    QCOMPARE(scene.set(scene.at(viewSession() + "/name"), "Desk"), 0);
+    scene.backend.failOn("get", "root/ConnectionType/rdesktop/connections");
+    QCOMPARE(scene.commit(scene.at("rdp/sessions")), 1);
+    QCOMPARE(scene.backend.calls("commit"), QStringList());
+    QCOMPARE(scene.commit(scene.at(viewSession() + "/name")), 0);
+    QCOMPARE(scene.backend.value(registrySession() + "/label"), QString("Desk"));
+}
+
+void SetBufferTest::failedRequestsLeaveItAlone_data()
+{
+    QTest::addColumn<QString>("operation");
+    QTest::addColumn<QString>("key");
+
+    QTest::newRow("setting an unknown key") << "set"
+                                            << "radio/colour";
+    QTest::newRow("setting a branch") << "set"
+                                      << "radio";
+    QTest::newRow("setting a hidden key") << "set"
+                                          << "usb/read_only";
+    QTest::newRow("setting a type") << "type"
+                                    << "radio/security";
+    QTest::newRow("setting below a placeholder") << "set"
+                                                 << "rdp/sessions/{uuid}/name";
+    QTest::newRow("creating a key") << "create"
+                                    << "radio/security";
+    QTest::newRow("creating an unknown key") << "create"
+                                             << "radio/colour";
+    QTest::newRow("creating a session of no UUID") << "create"
+                                                   << "rdp/sessions/first";
+    QTest::newRow("creating a session of the nil UUID")
+        << "create"
+        << "rdp/sessions/{00000000-0000-0000-0000-000000000000}";
+    QTest::newRow("committing an unknown key") << "commit"
+                                               << "radio/colour";
+    QTest::newRow("committing a hidden key") << "commit"
+                                             << "usb/read_only";
+    QTest::newRow("deleting an unknown key") << "del"
+                                             << "radio/colour";
+    QTest::newRow("applying an unknown key") << "apply"
+                                             << "radio/colour";
+}
+
+void SetBufferTest::failedRequestsLeaveItAlone()
+{
+    QFETCH_GLOBAL(QString, root);
+    QFETCH(QString, operation);
+    QFETCH(QString, key);
+
+    PluginScene scene(root);
+    scene.logRadioCommits();
+    scene.hide("/usb/read_only");
+    QCOMPARE(scene.set(scene.at("radio/ssid"), "Home"), 0);
+    scene.backend.forgetCalls();
+    int code = 0;
+    if (operation == "set")
+        code = scene.set(scene.at(key), "x");
+    else if (operation == "type")
+        code = scene.plugin->set(scene.at(key), "bool", REG_PARAM_TYPE);
+    else if (operation == "create")
+        code = scene.create(scene.at(key));
+    else if (operation == "commit")
+        code = scene.commit(scene.at(key));
+    else if (operation == "del")
+        code = scene.del(scene.at(key));
+    else if (operation == "apply")
+        code = scene.apply(scene.at(key));
+    QCOMPARE(code, 1);
+
+    QCOMPARE(scene.commit(root), 0);
+    QCOMPARE(scene.commits(), QStringList() << "ssid=Home");
+    QCOMPARE(scene.backend.calls("set") + scene.backend.calls("create")
+                 + scene.backend.calls("commit") + scene.backend.calls("del"),
+             QStringList());
+}
+
+void SetBufferTest::createdSessionIsCommittedWithoutItsKeys()
+{
+    QFETCH_GLOBAL(QString, root);
+
+    PluginScene scene(root);
+    QCOMPARE(scene.create(scene.at(viewSession())), 0);
+    QCOMPARE(scene.backend.calls(), QStringList() << "create " + registrySession());
+    scene.backend.forgetCalls();
+    QVERIFY(scene.plugin->setBuffer()->entry(scene.at(viewSession())));
+
+    QCOMPARE(scene.commit(scene.at(viewSession())), 0);
+    QCOMPARE(scene.backend.calls("commit"), QStringList() << "commit " + registrySession());
+    scene.backend.forgetCalls();
+    QCOMPARE(scene.commit(root), 0);
+    QCOMPARE(scene.backend.calls("commit"), QStringList());
+}
+
+void SetBufferTest::createdSessionCommitsTheKeysThatWereSet()
+{
+    QFETCH_GLOBAL(QString, root);
+
+    PluginScene scene(root);
+    QStringList const committed = QStringList() << viewSession() << "rdp/sessions"
+                                                << "rdp";
+    for (QString const& key : committed) {
+        QCOMPARE(scene.create(scene.at(viewSession())), 0);
+        QCOMPARE(scene.set(scene.at(viewSession() + "/address"), "10.0.0.1"), 0);
+        QCOMPARE(scene.set(scene.at(viewSession() + "/name"), "Desk"), 0);
+        scene.backend.forgetCalls();
+
+        QCOMPARE(scene.commit(scene.at(key)), 0);
+        QCOMPARE(scene.backend.calls("commit"),
+                 QStringList() << "commit " + registrySession() + "/label"
+                               << "commit " + registrySession() + "/address"
+                               << "commit " + registrySession());
+    }
+}
+
+void SetBufferTest::creatingTwiceCommitsOnce()
+{
+    QFETCH_GLOBAL(QString, root);
+
+    PluginScene scene(root);
+    QCOMPARE(scene.create(scene.at(viewSession())), 0);
+    QCOMPARE(scene.set(scene.at(viewSession() + "/name"), "Desk"), 0);
+    QCOMPARE(scene.create(scene.at(viewSession())), 0);
+    scene.backend.fail("create");
+    QCOMPARE(scene.create(scene.at(viewSession())), 1);
+    scene.backend.forgetCalls();
+
+    QCOMPARE(scene.commit(root), 0);
+    QCOMPARE(scene.backend.calls("commit"),
+             QStringList() << "commit " + registrySession() + "/label"
+                           << "commit " + registrySession());
+    QCOMPARE(scene.backend.value(registrySession() + "/label"), QString("Desk"));
+}
+
+void SetBufferTest::creationThatFailsStaysPending()
+{
+    QFETCH_GLOBAL(QString, root);
+
+    PluginScene scene(root);
+    scene.backend.fail("create");
+    QCOMPARE(scene.create(scene.at(viewSession())), 1);
+    QVERIFY(scene.plugin->setBuffer()->entry(scene.at(viewSession())));
+    QVERIFY(!scene.plugin->setBuffer()->entry(scene.at("rdp/sessions/{uuid}")));
+}
+
+void SetBufferTest::createdSessionThatIsDeletedIsCommittedAllTheSame()
+{
+    QFETCH_GLOBAL(QString, root);
+
+    PluginScene scene(root);
+    QCOMPARE(scene.create(scene.at(viewSession())), 0);
+    QCOMPARE(scene.del(scene.at(viewSession())), 0);
+    QVERIFY(scene.backend.calls("del").contains("del " + registrySession()));
+    QCOMPARE(scene.commit(scene.at(viewSession())), 0);
+    QCOMPARE(scene.backend.calls("commit"), QStringList() << "commit " + registrySession());
+    QCOMPARE(scene.commit(scene.at(viewSession())), 0);
+}
+
+void SetBufferTest::deletingDoesNotDropAValue()
+{
+    QFETCH_GLOBAL(QString, root);
+
+    PluginScene scene(root);
+    QCOMPARE(scene.set(scene.at(viewSession() + "/name"), "Desk"), 0);
+    QCOMPARE(scene.del(scene.at(viewSession() + "/name")), 0);
+    QCOMPARE(scene.del(scene.at(viewSession())), 0);
+    ConfigKey const* const pending = dynamic_cast<ConfigKey*>(
+        scene.plugin->setBuffer()->entry(scene.at(viewSession() + "/name")));
+    QVERIFY(pending);
+    QCOMPARE(pending->bufferValue(), QString("Desk"));
+}
+
+void SetBufferTest::applyingDoesNotDropAValue()
+{
+    QFETCH_GLOBAL(QString, root);
+
+    PluginScene scene(root);
+    scene.logRadioCommits();
+    scene.wrappers.addScript("zelvo-view/radio/ssid", "apply.sh", "echo applied > seen");
+    QCOMPARE(scene.set(scene.at("radio/ssid"), "Home"), 0);
+    QCOMPARE(scene.apply(scene.at("radio")), 0);
+    QCOMPARE(scene.commits(), QStringList());
+    QCOMPARE(scene.commit(scene.at("radio")), 0);
+    QCOMPARE(scene.commits(), QStringList() << "ssid=Home");
+}
+
+void SetBufferTest::keyOfASessionNeverCreatedIsCommitted()
+{
+    QFETCH_GLOBAL(QString, root);
+
+    PluginScene scene(root);
+    QCOMPARE(scene.set(scene.at(viewSession() + "/name"), "Desk"), 0);
+    QCOMPARE(scene.commit(scene.at(viewSession() + "/name")), 0);
+    QCOMPARE(scene.backend.calls("commit"),
+             QStringList() << "commit " + registrySession() + "/label");
+    QCOMPARE(scene.backend.calls("create"), QStringList());
+}
+
+void SetBufferTest::sessionsCommitTheirOwn()
+{
+    QFETCH_GLOBAL(QString, root);
+
+    PluginScene scene(root);
+    QCOMPARE(scene.set(scene.at(viewSession() + "/name"), "Desk"), 0);
+    QCOMPARE(scene.create(scene.at(viewSession(kOtherUuid))), 0);
+    QCOMPARE(scene.set(scene.at(viewSession(kOtherUuid) + "/name"), "Lab"), 0);
+    QCOMPARE(scene.set(scene.at(viewSession() + "/address"), "10.0.0.1"), 0);
+    scene.backend.forgetCalls();
+
+    QCOMPARE(scene.commit(scene.at(viewSession(kOtherUuid))), 0);
+    QCOMPARE(scene.backend.calls("commit"),
+             QStringList() << "commit " + registrySession(kOtherUuid) + "/label"
+                           << "commit " + registrySession(kOtherUuid));
+    scene.backend.forgetCalls();
+
+    QCOMPARE(scene.commit(scene.at(viewSession())), 0);
+    QCOMPARE(scene.backend.calls("commit"),
+             QStringList() << "commit " + registrySession() + "/label"
+                           << "commit " + registrySession() + "/address"
+                           << "commit " + registrySession());
+    QCOMPARE(scene.backend.value(registrySession() + "/label"), QString("Desk"));
+    QCOMPARE(scene.backend.value(registrySession(kOtherUuid) + "/label"), QString("Lab"));
+}
+
+void SetBufferTest::commitsInAnyOrder()
+{
+    QFETCH_GLOBAL(QString, root);
+
+    PluginScene scene(root);
+    QStringList keys = QStringList() << viewSession() + "/name" << viewSession() << "rdp/sessions"
+                                     << "rdp"
+                                     << "radio/ssid";
+    std::sort(keys.begin(), keys.end());
+    do {
+        QCOMPARE(scene.create(scene.at(viewSession())), 0);
+        QCOMPARE(scene.set(scene.at(viewSession() + "/name"), "Desk"), 0);
+        QCOMPARE(scene.set(scene.at(viewSession(kOtherUuid) + "/name"), "Lab"), 0);
+        scene.backend.forgetCalls();
+        QStringList const order = keys;
+        for (QString const& key : order)
+            QCOMPARE(scene.commit(scene.at(key)), 0);
+        QStringList const commits = scene.backend.calls("commit");
+        QCOMPARE(commits.count("commit " + registrySession(kOtherUuid) + "/label"), 1);
+        QVERIFY(commits.contains("commit " + registrySession() + "/label"));
+        QVERIFY(commits.contains("commit " + registrySession()));
+        QCOMPARE(scene.commit(root), 0);
+        QCOMPARE(scene.backend.calls("commit"), commits);
+    } while (std::next_permutation(keys.begin(), keys.end()));
+}
+
+void SetBufferTest::manySessionsStayPending()
+{
+    QFETCH_GLOBAL(QString, root);
+
+    int const kSessions = 200;
+    QString const uuid = "{c0ffee00-1234-4321-abcd-0123456%1}";
+    PluginScene scene(root);
+    for (int i = 0; i < kSessions; ++i)
+        QCOMPARE(scene.set(scene.at(viewSession(uuid.arg(i, 5, 10, QChar('0'))) + "/name"),
+                           QString::number(i)),
+                 0);
+    QCOMPARE(scene.commit(scene.at(viewSession(uuid.arg(100, 5, 10, QChar('0'))))), 0);
+    scene.backend.forgetCalls();
+    QCOMPARE(scene.commit(root), 0);
+    QStringList const commits = scene.backend.calls("commit");
+    QCOMPARE(commits.filter("/label").size(), kSessions - 1);
+    QCOMPARE(scene.backend.value(registrySession(uuid.arg(199, 5, 10, QChar('0'))) + "/label"),
+             QString("199"));
+}
+
+QTEST_MAIN(SetBufferTest)
+#include "SetBufferTest.moc"
