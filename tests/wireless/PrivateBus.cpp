@@ -1,0 +1,103 @@
+#include "wireless/PrivateBus.h"
+
+#include <QByteArray>
+#include <QFile>
+
+namespace {
+
+int const kStartLimitMs = 30000;
+int const kStopLimitMs = 10000;
+
+void kill(QProcess& process)
+{
+    if (process.state() != QProcess::NotRunning) {
+        process.kill();
+        process.waitForFinished(kStopLimitMs);
+    }
+}
+
+} // namespace
+
+PrivateBus::PrivateBus()
+{
+}
+
+PrivateBus::~PrivateBus()
+{
+    stopNetworkManager();
+    stop();
+}
+
+bool PrivateBus::start()
+{
+    // The socket of a bus that was killed is still there.
+    QFile::remove(mDirectory.path() + "/bus");
+    QStringList const arguments = QStringList()
+        << "--config-file=" BUS_CONFIG_FILE << "--address=" + address() << "--print-address"
+        << "--nofork"
+        << "--nopidfile";
+    return firstLineOf(mBus, "dbus-daemon", arguments).startsWith("unix:path=");
+}
+
+void PrivateBus::stop()
+{
+    kill(mBus);
+}
+
+bool PrivateBus::startNetworkManager(QString const& scene)
+{
+    mNetworkManager.setEnvironment(environment());
+    QStringList const arguments = QStringList()
+        << NETWORK_MANAGER_SCENE << mDirectory.path() + "/calls" << scene;
+    return firstLineOf(mNetworkManager, "/usr/bin/python3", arguments) == "ready";
+}
+
+void PrivateBus::stopNetworkManager()
+{
+    kill(mNetworkManager);
+}
+
+QStringList PrivateBus::calls(QString const& method) const
+{
+    QStringList result;
+    // A line is the time, the method and its arguments, text in double quotes; a call that failed
+    // has a second line, which gives the reason in place of the arguments.
+    QStringList const lines = QString::fromLatin1(mDirectory.read("calls")).split('\n');
+    for (QString const& line : lines) {
+        if (line.section(' ', 1, 1) == method && line.section(' ', 2, 2) != "raised:") {
+            result.append(line.section(' ', 2).remove('"'));
+        }
+    }
+    return result;
+}
+
+QString PrivateBus::address() const
+{
+    return "unix:path=" + mDirectory.path() + "/bus";
+}
+
+QStringList PrivateBus::environment() const
+{
+    QString const variable = "DBUS_SYSTEM_BUS_ADDRESS=";
+    QStringList result;
+    QStringList const inherited = QProcess::systemEnvironment();
+    for (QString const& line : inherited) {
+        if (!line.startsWith(variable)) {
+            result.append(line);
+        }
+    }
+    return result << variable + address();
+}
+
+QString firstLineOf(QProcess& process, QString const& program, QStringList const& arguments)
+{
+    process.start(program, arguments);
+    while (!process.canReadLine()) {
+        if (!process.waitForReadyRead(kStartLimitMs)) {
+            qWarning("%s does not start: %s", qPrintable(program),
+                     process.readAllStandardError().constData());
+            return QString();
+        }
+    }
+    return QString::fromLatin1(process.readLine()).trimmed();
+}
