@@ -1,0 +1,3 @@
+#!/bin/sh
+# Takes the note on top away.
+sed -i '$d' /var/lib/zelvo-example/notes

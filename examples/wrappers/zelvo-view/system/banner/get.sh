@@ -1,0 +1,2 @@
+#!/bin/sh
+cat /var/lib/zelvo-example/banner 2>/dev/null

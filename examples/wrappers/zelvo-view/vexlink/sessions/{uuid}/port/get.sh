@@ -1,0 +1,3 @@
+#!/bin/sh
+# See ../emulation.
+printf '%s' "${SETTING?}"
