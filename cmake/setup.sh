@@ -77,13 +77,8 @@ build() {
         # --fresh: a build folder that came along with a moved project points to the old place.
         cmake --preset "$preset" --fresh </dev/null >&2 || exit 1
     fi
-    isUpToDate "$directory" "$@" \
-        || cmake --build "$directory" ${@:+--target "$@"} </dev/null >&2 || exit 1
-}
-
-# Asked beforehand, since ninja says so on every call that has nothing to do.
-isUpToDate() {
-    local directory=$1
-    shift
-    ninja -C "$directory" -n "$@" 2>/dev/null </dev/null | grep -q 'no work to do'
+    # The lines with which ninja says that there is nothing to do would head every answer.
+    cmake --build "$directory" ${@:+--target "$@"} </dev/null 2>&1 \
+        | grep --line-buffered -v -e 'Re-checking globbed' -e 'ninja: no work to do' >&2
+    [ "${PIPESTATUS[0]}" -eq 0 ] || exit 1
 }

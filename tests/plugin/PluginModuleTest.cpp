@@ -32,7 +32,7 @@ QStringList linesOf(char const* program, QStringList const& arguments)
 bool isCompilersOwn(QString const& library)
 {
     static QRegExp const names("(libstdc\\+\\+|libgcc_s|libm|libc|libpthread|libdl|librt|ld-linux.*"
-                               "|libasan|libubsan|libtsan)\\.so(\\..*)?");
+                               "|libasan|libubsan|libtsan|libqt-for-thread-sanitizer)\\.so(\\..*)?");
     return names.exactMatch(library);
 }
 
