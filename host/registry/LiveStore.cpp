@@ -2,7 +2,9 @@
 
 #include "registry/ValueEncoding.h"
 
+#include <QFile>
 #include <QFileInfo>
+#include <QtEndian>
 
 namespace {
 
@@ -26,40 +28,47 @@ bool readNumber(SqlConnection& connection, char const* sql, qint64& number)
     return true;
 }
 
-struct FileHeader
-{
-    qint64 pages;
-    qint64 application;
-    qint64 version;
-};
+// The beginning of a database file, as its format lays it down.
+int const kHeaderSize = 100;
+int const kVersionOffset = 60;
+int const kApplicationOffset = 68;
+char const kMagic[] = "SQLite format 3";
 
-bool readHeader(QString const& file, FileHeader& header, QString& reason)
+qint64 numberAt(QByteArray const& header, int offset)
 {
-    SqlConnection connection;
-    if (connection.openUntouched(file) && readNumber(connection, "PRAGMA page_count", header.pages)
-        && readNumber(connection, "PRAGMA application_id", header.application)
-        && readNumber(connection, "PRAGMA user_version", header.version))
-        return true;
-    reason = connection.errorMessage();
-    return false;
+    return qFromBigEndian<quint32>(reinterpret_cast<uchar const*>(header.constData()) + offset);
 }
 
-// Looks at a file before it is opened for writing: one that is not the registry's has to stay as it
-// is to the byte. A file without contents is a new one.
-bool isOurs(QString const& file, QString& reason)
+// A host that was killed while it made the file leaves blank pages, and the journal that takes them
+// back.
+bool isHalfMade(QString const& name, QByteArray const& header)
 {
-    FileHeader header;
-    if (QFileInfo(file).size() == 0)
-        return true;
-    if (!readHeader(file, header, reason))
+    return QFile::exists(name + QLatin1String("-journal")) && header.count('\0') == header.size();
+}
+
+// Looks at a file before it is opened as a database: one that is not the registry's has to stay as
+// it is to the byte. The bytes themselves are read, because the pages of a registry whose host was
+// killed make sense only together with the journal beside it. A file without contents is a new one.
+bool isOurs(QString const& name, QString& reason)
+{
+    QFile file(name);
+    if (!file.open(QIODevice::ReadOnly)) {
+        reason = file.errorString();
         return false;
-    if (header.pages == 0)
+    }
+    if (file.size() == 0)
+        return true;
+
+    QByteArray const header = file.read(kHeaderSize);
+    if (isHalfMade(name, header))
+        return true;
+    if (header.size() < kHeaderSize || !header.startsWith(QByteArray(kMagic, sizeof(kMagic))))
         reason = QString::fromLatin1("file is not a database");
-    else if (header.application != kApplicationId)
+    else if (numberAt(header, kApplicationOffset) != kApplicationId)
         reason = QString::fromLatin1("a database, but not the registry's");
-    else if (header.version > kVersion)
+    else if (numberAt(header, kVersionOffset) > kVersion)
         reason = QString::fromLatin1("written by a newer version (%1) of the registry")
-                     .arg(header.version);
+                     .arg(numberAt(header, kVersionOffset));
     return reason.isEmpty();
 }
 

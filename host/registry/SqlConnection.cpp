@@ -1,9 +1,17 @@
 #include "registry/SqlConnection.h"
 
 #include <QFile>
-#include <QFileInfo>
 
 #include <sqlite3.h>
+
+namespace {
+
+char const* const kDatabase = "main";
+
+// Of sqlite3_db_readonly; a file that could not be opened is neither that nor writable.
+int const kReadOnly = 1;
+
+} // namespace
 
 SqlConnection::SqlConnection()
     : mHandle(nullptr)
@@ -22,14 +30,6 @@ bool SqlConnection::open(QString const& file)
         == SQLITE_OK;
 }
 
-bool SqlConnection::openUntouched(QString const& file)
-{
-    QByteArray const path = QFile::encodeName(QFileInfo(file).absoluteFilePath());
-    QByteArray const uri = "file:" + path.toPercentEncoding("/") + "?immutable=1";
-    int const flags = SQLITE_OPEN_READONLY | SQLITE_OPEN_URI;
-    return sqlite3_open_v2(uri.constData(), &mHandle, flags, nullptr) == SQLITE_OK;
-}
-
 bool SqlConnection::execute(char const* sql)
 {
     return sqlite3_exec(mHandle, sql, nullptr, nullptr, nullptr) == SQLITE_OK;
@@ -37,7 +37,7 @@ bool SqlConnection::execute(char const* sql)
 
 bool SqlConnection::isReadOnly() const
 {
-    return sqlite3_db_readonly(mHandle, "main") != 0;
+    return sqlite3_db_readonly(mHandle, kDatabase) == kReadOnly;
 }
 
 bool SqlConnection::isLocked() const

@@ -16,9 +16,6 @@ public:
     /// Opens the file for reading and writing, creating it if there is none.
     bool open(QString const& file);
 
-    /// Opens an existing file to look at it: nothing is locked, recovered or written.
-    bool openUntouched(QString const& file);
-
     /// Runs one statement whose rows do not matter.
     bool execute(char const* sql);
 
