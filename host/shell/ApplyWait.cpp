@@ -26,7 +26,8 @@ protected:
     void run() override
     {
         QSystemSemaphore semaphore(mName, 0, QSystemSemaphore::Open);
-        semaphore.acquire();
+        // An error ends the wait as well: there is nothing left to wait for.
+        static_cast<void>(semaphore.acquire());
     }
 
 private:

@@ -21,7 +21,10 @@ Escape const kEscapes[] = {
 int const kLongestOctalEscape = 3;
 int const kLongestHexEscape = 2;
 
-bool isBlank(char c) { return c == ' ' || c == '\t'; }
+bool isBlank(char c)
+{
+    return c == ' ' || c == '\t';
+}
 
 int digitValue(char c)
 {

@@ -17,9 +17,9 @@ struct Command
 /// key, as it stands. A word or value that begins with a double quote goes up to the closing one
 /// and is read with the escapes of C (\n, \", \\, \x41, \101 and so on).
 ///
-/// @return true, with an empty name for a line that is empty or begins with "#"; false with a
-/// message
-///         in `error` when an escape or the text is malformed or the text is no UTF-8.
+/// @return true, with an empty name and no arguments for a line that is empty or begins with "#";
+///         false with a message in `error` when an escape or the text is malformed or the text is
+///         no UTF-8.
 bool readCommand(QByteArray const& line, Command& command, QString& error);
 
 /// Splits program arguments at each argument that is ";". Each other argument is one word as it

@@ -4,7 +4,9 @@
 
 #include <cstdio>
 
-CommandSource::~CommandSource() { }
+CommandSource::~CommandSource()
+{
+}
 
 void CommandSource::readLine(QByteArray const& line, Input& input)
 {
@@ -30,7 +32,10 @@ bool ArgumentSource::next(Input& input)
     return true;
 }
 
-StreamSource::StreamSource() { mFile.open(stdin, QIODevice::ReadOnly); }
+StreamSource::StreamSource()
+{
+    mFile.open(stdin, QIODevice::ReadOnly);
+}
 
 bool StreamSource::next(Input& input)
 {

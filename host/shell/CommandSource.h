@@ -14,7 +14,7 @@ public:
         /// The line as it was read, for echoing and for messages; null if there was no line.
         QString line;
 
-        /// Nameless for an empty line or a comment.
+        /// Without name and arguments for an empty line or a comment.
         Command command;
 
         /// Why the line is no command; null when it is one.

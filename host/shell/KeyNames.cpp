@@ -16,7 +16,10 @@ QString fullKey(QString const& typed)
     return QLatin1String("root/") + typed;
 }
 
-QString ownName(QString const& key) { return key.mid(key.lastIndexOf(QLatin1Char('/')) + 1); }
+QString ownName(QString const& key)
+{
+    return key.mid(key.lastIndexOf(QLatin1Char('/')) + 1);
+}
 
 QString shownName(QString const& key, _RegNodeType type)
 {

@@ -1,6 +1,7 @@
 #include "shell/KeyTree.h"
 
 #include "shell/KeyNames.h"
+#include "shell/Printer.h"
 #include "shell/Reply.h"
 
 #include <vantora/vantora.h>
@@ -16,12 +17,10 @@ QString const kLastBranch = QString::fromUtf8("└── ");
 QString const kLine = QString::fromUtf8("│   ");
 QString const kNoLine = QString::fromUtf8("    ");
 
-/// A value on one line of the drawing.
+/// A value on its line of the drawing.
 QString shownValue(QString value)
 {
-    value.replace(QLatin1Char('\\'), QLatin1String("\\\\"));
-    value.replace(QLatin1Char('\n'), QLatin1String("\\n"));
-    return value;
+    return onOneLine(value.replace(QLatin1Char('\\'), QLatin1String("\\\\")));
 }
 
 class TreeReader

@@ -3,6 +3,8 @@
 #include <QByteArray>
 #include <QStringList>
 
+#include <time.h>
+
 /// Tells what an apply led to: the commands of the system that it ran, as the sandboxed world wrote
 /// them down, or what it handed over to somebody else. Outside such a world only a hand-over is
 /// seen.
@@ -13,10 +15,15 @@ class LastCommands
 public:
     LastCommands();
 
-    /// One line for each command that was run or handed over since; waits a moment for commands
-    /// that were started and have not come to write their line.
+    /// Waits a moment for commands that were started and have not come to write their line. Not to
+    /// be called while an apply is running: its wrappers are children as well, and would be cleared
+    /// away under it.
+    void awaitStarted() const;
+
+    /// One line for each command that was run or handed over since.
     QStringList since() const;
 
 private:
     QByteArray mRecordBefore;
+    timespec mHandOverTimeBefore;
 };

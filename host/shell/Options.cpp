@@ -13,11 +13,13 @@ namespace {
 int const kDefaultTimeoutSeconds = 120;
 int const kLongestTimeoutSeconds = 24 * 60 * 60;
 
+char const* const kFile = "FILE";
+char const* const kDirectory = "DIR";
+
 char const* const kDescription
     = "Takes commands for the configuration registry and its plugins: from the arguments, "
-      "separated "
-      "by \";\", from standard input when there are none or the argument is \"-\", or at a prompt "
-      "when standard input is a terminal. The command \"help\" lists the commands.";
+      "separated by \";\", from standard input when there are none or the argument is \"-\", or at "
+      "a prompt when standard input is a terminal. The command \"help\" lists the commands.";
 
 // What CLI11 fills, in its own types.
 struct RawOptions
@@ -28,7 +30,10 @@ struct RawOptions
     std::string registryFile;
 };
 
-QString text(std::string const& utf8) { return QString::fromUtf8(utf8.data(), int(utf8.size())); }
+QString text(std::string const& utf8)
+{
+    return QString::fromUtf8(utf8.data(), int(utf8.size()));
+}
 
 QStringList texts(std::vector<std::string> const& utf8)
 {
@@ -43,16 +48,20 @@ void declareOptions(CLI::App& app, RawOptions& raw, Options& options)
     CLI::MultiOptionPolicy const takeLast = CLI::MultiOptionPolicy::TakeLast;
     // One value each time: what follows it may be a command.
     app.add_option("--plugin", raw.plugins, "A plugin to load (repeatable)")
+        ->type_name(kFile)
         ->allow_extra_args(false);
     app.add_option("--base-dir", raw.baseDir,
                    "The plugins' base directory: holds wrappers/ and may hold defaults/ "
                    "(the working directory if not given)")
+        ->type_name(kDirectory)
         ->multi_option_policy(takeLast);
     app.add_option("--registry", raw.registryFile,
                    "The database of the live values (kept in memory only if not given)")
+        ->type_name(kFile)
         ->multi_option_policy(takeLast);
     app.add_option("--defaults", raw.defaults,
                    "A directory of default settings (repeatable; those shipped if not given)")
+        ->type_name(kDirectory)
         ->allow_extra_args(false);
     app.add_option("--timeout", options.timeoutSeconds,
                    "How many seconds \"apply\" waits for its end")

@@ -60,7 +60,9 @@ Json nodeObject(ReplyNode const& node)
 
 } // namespace
 
-Printer::~Printer() { }
+Printer::~Printer()
+{
+}
 
 void TextPrinter::print(Command const& command, Reply const& reply)
 {
@@ -99,14 +101,22 @@ QString subject(Command const& command)
 
 QString shownText(QString const& text)
 {
-    QString shown;
-    for (QChar const c : text.left(kLongestShownText)) {
-        if (c.isPrint())
-            shown.append(c);
-        else
-            shown.append(QString::fromLatin1("\\x%1").arg(c.unicode(), 2, 16, QLatin1Char('0')));
-    }
+    QString const shown = onOneLine(text.left(kLongestShownText));
     return text.size() > kLongestShownText ? shown + QLatin1String("...") : shown;
+}
+
+QString onOneLine(QString const& text)
+{
+    QString line;
+    for (QChar const c : text) {
+        if (c == QLatin1Char('\n'))
+            line.append(QLatin1String("\\n"));
+        else if (c.category() == QChar::Other_Control)
+            line.append(QString::fromLatin1("\\x%1").arg(c.unicode(), 2, 16, QLatin1Char('0')));
+        else
+            line.append(c);
+    }
+    return line;
 }
 
 QString commandText(Command const& command)
@@ -114,6 +124,12 @@ QString commandText(Command const& command)
     return (QStringList(command.name) + command.arguments).join(QLatin1String(" "));
 }
 
-void writeOutput(QString const& text) { write(stdout, text); }
+void writeOutput(QString const& text)
+{
+    write(stdout, text);
+}
 
-void writeMessage(QString const& line) { write(stderr, line + QLatin1Char('\n')); }
+void writeMessage(QString const& line)
+{
+    write(stderr, line + QLatin1Char('\n'));
+}

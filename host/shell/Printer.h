@@ -34,8 +34,11 @@ QString commandText(Command const& command);
 /// it, as it may be a secret.
 QString subject(Command const& command);
 
-/// A text as it can stand in a message: not too long, and without control characters.
+/// A text as it can stand in a message: not too long, and on one line.
 QString shownText(QString const& text);
+
+/// A text with its control characters as the escapes of C, so that none of them reaches a terminal.
+QString onOneLine(QString const& text);
 
 /// Writes to standard output, where values go.
 void writeOutput(QString const& text);

@@ -4,7 +4,8 @@
 
 class Vantora;
 
-/// Commands from a person at a terminal, with a history and completion of commands and keys.
+/// Commands from a person at a terminal, with a history and completion of commands, keys and files
+/// to import. Ctrl-C drops the line that is being typed.
 ///
 /// Serves the events of the thread while it waits for input. There is one at a time: the library
 /// behind it knows no other way.

@@ -95,7 +95,10 @@ Shell::Shell(Vantora& host, Printer& printer, int timeoutSeconds)
 {
 }
 
-void Shell::setVerbose(bool verbose) { mVerbose = verbose; }
+void Shell::setVerbose(bool verbose)
+{
+    mVerbose = verbose;
+}
 
 int Shell::execute(Command const& command)
 {
@@ -123,9 +126,15 @@ int Shell::refuse(QString const& line, QString const& reason)
     return reply.code;
 }
 
-bool Shell::isFinished() const { return mFinished; }
+bool Shell::isFinished() const
+{
+    return mFinished;
+}
 
-bool Shell::hasUnfinishedApply() const { return mHasUnfinishedApply; }
+bool Shell::hasUnfinishedApply() const
+{
+    return mHasUnfinishedApply;
+}
 
 QStringList Shell::commandNames()
 {
@@ -235,8 +244,12 @@ void Shell::apply(QStringList const& arguments, Reply& reply)
                             .arg(mTimeoutSeconds));
     }
     forgetApply(command);
-    if (reply.code == 0)
-        reply.messages = commands.since();
+    if (reply.code != 0)
+        return;
+    // One that was given up earlier may still be running.
+    if (!mHasUnfinishedApply)
+        commands.awaitStarted();
+    reply.messages = commands.since();
 }
 
 /// Makes a key that tells the state of an apply, for the plugins to reset.
@@ -301,4 +314,7 @@ void Shell::help(QStringList const&, Reply& reply)
             + QLatin1Char('\n');
 }
 
-void Shell::quit(QStringList const&, Reply&) { mFinished = true; }
+void Shell::quit(QStringList const&, Reply&)
+{
+    mFinished = true;
+}

@@ -1,6 +1,7 @@
 #include "loader/PluginLoader.h"
 #include "registry/RegistryHost.h"
 #include "shell/CommandSource.h"
+#include "shell/Events.h"
 #include "shell/ExitStatus.h"
 #include "shell/Options.h"
 #include "shell/Printer.h"
@@ -11,7 +12,6 @@
 
 #include <QCoreApplication>
 #include <QDir>
-#include <QEvent>
 #include <QFileInfo>
 #include <QScopedPointer>
 
@@ -106,13 +106,6 @@ Printer* makePrinter(Options const& options)
     return options.json ? static_cast<Printer*>(new JsonPrinter) : new TextPrinter;
 }
 
-/// Lets go of what has ended meanwhile: the threads of an apply are deleted by their signals.
-void serveEvents()
-{
-    QCoreApplication::processEvents();
-    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-}
-
 int carryOut(CommandSource::Input const& input, Shell& shell)
 {
     return input.error.isNull() ? shell.execute(input.command)
@@ -121,7 +114,8 @@ int carryOut(CommandSource::Input const& input, Shell& shell)
 
 bool isEmpty(CommandSource::Input const& input)
 {
-    return input.error.isNull() && input.command.name.isEmpty();
+    return input.error.isNull() && input.command.name.isEmpty()
+        && input.command.arguments.isEmpty();
 }
 
 void echoInput(CommandSource::Input const& input)

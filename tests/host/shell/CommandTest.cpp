@@ -11,6 +11,8 @@ class CommandTest : public QObject
 private slots:
     void lineOfInput_data();
     void lineOfInput();
+    void emptyWordIsNotNull_data();
+    void emptyWordIsNotNull();
     void malformedLineIsRefused_data();
     void malformedLineIsRefused();
     void programArguments_data();
@@ -137,6 +139,27 @@ void CommandTest::lineOfInput()
     QString error;
     QVERIFY2(readCommand(line, command, error), qPrintable(error));
     QCOMPARE(QStringList(command.name) + command.arguments, words);
+}
+
+// A null value would be a default one to a plugin.
+void CommandTest::emptyWordIsNotNull_data()
+{
+    QTest::addColumn<QByteArray>("line");
+
+    QTest::newRow("value: nothing behind the blank") << QByteArray("set a ");
+    QTest::newRow("value: empty quotes") << QByteArray("set a \"\"");
+    QTest::newRow("word: empty quotes") << QByteArray("get \"\"");
+}
+
+void CommandTest::emptyWordIsNotNull()
+{
+    QFETCH(QByteArray, line);
+
+    Command command;
+    QString error;
+    QVERIFY(readCommand(line, command, error));
+    QVERIFY(command.arguments.last().isEmpty());
+    QVERIFY(!command.arguments.last().isNull());
 }
 
 void CommandTest::malformedLineIsRefused_data()
