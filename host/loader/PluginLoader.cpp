@@ -25,6 +25,25 @@ QString dlError()
     return message ? QString::fromLocal8Bit(message) : QString::fromLatin1("unknown error");
 }
 
+void* openModule(QString const& file, QString& error)
+{
+    QFileInfo const info(file);
+    if (!info.isFile()) {
+        error = QLatin1String("there is no such file");
+        return nullptr;
+    }
+    if (!isCompleteModule(file)) {
+        error = QLatin1String("a part of the file is missing");
+        return nullptr;
+    }
+    // Without a directory in its name the dynamic linker would look for the file elsewhere.
+    QByteArray const path = QFile::encodeName(info.absoluteFilePath());
+    void* const module = dlopen(path.constData(), RTLD_NOW | RTLD_LOCAL);
+    if (!module)
+        error = dlError();
+    return module;
+}
+
 /// A module's entry point; null with a message in `error` when it has none of that name.
 template <typename Function> Function entryPoint(void* module, char const* symbol, QString& error)
 {
@@ -65,18 +84,8 @@ struct Found
 Found findPlugin(QString const& file, QString& error)
 {
     Found found = {nullptr, nullptr};
-    if (!isCompleteModule(file)) {
-        error = QLatin1String("a part of the file is missing");
-        return found;
-    }
-    // Without a directory in its name the dynamic linker would look for the file elsewhere.
-    QByteArray const path = QFile::encodeName(QFileInfo(file).absoluteFilePath());
-    void* const module = dlopen(path.constData(), RTLD_NOW | RTLD_LOCAL);
-    if (!module) {
-        error = dlError();
-        return found;
-    }
-    if (!isBuiltForThisHost(module, error))
+    void* const module = openModule(file, error);
+    if (!module || !isBuiltForThisHost(module, error))
         return found;
     found.object = instance(module, error);
     if (!found.object)
@@ -91,7 +100,9 @@ Found findPlugin(QString const& file, QString& error)
 
 } // namespace
 
-PluginLoader::PluginLoader() { }
+PluginLoader::PluginLoader()
+{
+}
 
 PluginLoader::~PluginLoader()
 {
@@ -102,16 +113,14 @@ PluginLoader::~PluginLoader()
 AbstractPlugin* PluginLoader::load(QString const& file, QString& error)
 {
     QString reason;
-    if (!QFileInfo(file).isFile()) {
-        error = QString::fromLatin1("cannot load %1: there is no such file").arg(file);
-        return nullptr;
-    }
     Found const found = findPlugin(file, reason);
-    if (!found.plugin) {
+    // Of a module that is loaded twice the object is the same.
+    if (found.plugin && mInstances.contains(found.object))
+        reason = QLatin1String("it is loaded already");
+    if (!reason.isNull()) {
         error = QString::fromLatin1("cannot load %1: %2").arg(file, reason);
         return nullptr;
     }
-    // A module that is loaded twice gives the same object; it is still deleted once.
     mInstances.append(found.object);
     return found.plugin;
 }

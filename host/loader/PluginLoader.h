@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QList>
-#include <QPointer>
 #include <QString>
 
 class AbstractPlugin;
@@ -24,11 +23,11 @@ public:
     ///
     /// @return the plugin, which stays this object's; null with a message in `error` when there is
     ///         no such file, it is no module, it lacks an entry point, was built for another host,
-    ///         or gives no plugin.
+    ///         gives no plugin, or is loaded already.
     AbstractPlugin* load(QString const& file, QString& error);
 
 private:
     Q_DISABLE_COPY(PluginLoader)
 
-    QList<QPointer<QObject>> mInstances;
+    QList<QObject*> mInstances;
 };

@@ -50,13 +50,25 @@ VerificationRecord::VerificationRecord(QByteArray const& text)
 {
 }
 
-QString VerificationRecord::pattern() const { return mPattern; }
+QString VerificationRecord::pattern() const
+{
+    return mPattern;
+}
 
-QString VerificationRecord::version() const { return mVersion; }
+QString VerificationRecord::version() const
+{
+    return mVersion;
+}
 
-QString VerificationRecord::debug() const { return mDebug; }
+QString VerificationRecord::debug() const
+{
+    return mDebug;
+}
 
-QString VerificationRecord::buildKey() const { return mBuildKey; }
+QString VerificationRecord::buildKey() const
+{
+    return mBuildKey;
+}
 
 QString VerificationRecord::mismatch() const
 {

@@ -22,8 +22,7 @@ public:
     /// Compares the record with what this host loads.
     ///
     /// @return null when the module may be loaded, else the first thing that speaks against it, as
-    /// a
-    ///         sentence for a person.
+    ///         a sentence for a person.
     QString mismatch() const;
 
 private:

@@ -9,12 +9,6 @@ namespace {
 // The tree is walked by recursion.
 int const kDeepest = 64;
 
-bool fail(QString& error, char const* reason, QString const& what)
-{
-    error = QString::fromLatin1(reason).arg(what);
-    return false;
-}
-
 bool isName(QString const& name)
 {
     return !name.isEmpty() && !name.contains(QLatin1Char('/')) && isXmlText(name);
@@ -23,21 +17,21 @@ bool isName(QString const& name)
 bool checkKey(DefaultNode const& directory, QString const& name, QString& error)
 {
     if (!isName(name) || isPlaceholder(name))
-        return fail(error, "\"%1\" is no name for a key", name);
+        return refuse(error, "\"%1\" is no name for a key", name);
     if (directory.child(name))
-        return fail(error, "\"%1\" is declared already", name);
+        return refuse(error, "\"%1\" is declared already", name);
     return true;
 }
 
 bool checkType(RegistryXmlKey const& key, _RegEntryType& type, QString& error)
 {
     if (!key.type.isNull() && !typeFromWord(key.type, type))
-        return fail(error, "\"%1\" is no type", key.type);
+        return refuse(error, "\"%1\" is no type", key.type);
     // An empty default goes with every type.
     if (!key.defaultValue.isEmpty() && !typeAdmits(type, key.defaultValue))
-        return fail(error, "the default \"%1\" does not fit its type", key.defaultValue);
+        return refuse(error, "the default \"%1\" does not fit its type", key.defaultValue);
     if (!QRegExp(key.regExp).isValid())
-        return fail(error, "\"%1\" is no regular expression", key.regExp);
+        return refuse(error, "\"%1\" is no regular expression", key.regExp);
     return true;
 }
 
@@ -59,7 +53,7 @@ bool DefaultsLoader::enterDirectory(QString const& name, QString& error)
         parent.append(directory);
     }
     if (directory->isValue())
-        return fail(error, "\"%1\" is declared as a value already", name);
+        return refuse(error, "\"%1\" is declared as a value already", name);
     mDirectories.push(directory);
     return true;
 }
@@ -69,11 +63,11 @@ bool DefaultsLoader::checkDirectory(QString const& name, QString& error) const
     // A first component may be empty: its keys begin with a "/".
     bool const isFirst = mDirectories.size() == 1;
     if (!isName(name) && !(isFirst && name.isEmpty()))
-        return fail(error, "\"%1\" is no name for a directory", name);
+        return refuse(error, "\"%1\" is no name for a directory", name);
     if (isPlaceholder(name) && mDirectories.top()->templateDirectory())
-        return fail(error, "\"%1\" is a second template directory here", name);
+        return refuse(error, "\"%1\" is a second template directory here", name);
     if (mDirectories.size() >= kDeepest)
-        return fail(error, "\"%1\" lies too deep", name);
+        return refuse(error, "\"%1\" lies too deep", name);
     return true;
 }
 
@@ -89,7 +83,7 @@ bool DefaultsLoader::addKey(RegistryXmlKey const& key, QString& error)
     if (!checkKey(directory, key.name, error) || !checkType(key, type, error))
         return false;
     if (!key.value.isNull())
-        return fail(error, "\"%1\": default settings carry no value", key.name);
+        return refuse(error, "\"%1\": default settings carry no value", key.name);
     // No default is an empty one, not a null one.
     QString const defaultValue = QString::fromLatin1("") + key.defaultValue;
     directory.append(new DefaultNode(key.name, type, defaultValue, key.regExp));

@@ -182,8 +182,7 @@ int LiveRegistry::rollback(QString const& key)
 {
     if (!isKnown(find(key)))
         return kRefused;
-    mPending.drop(key);
-    mPending.dropUnder(key);
+    mPending.dropAtOrUnder(key);
     return kDone;
 }
 
@@ -229,10 +228,8 @@ int LiveRegistry::delSession(QString const& key)
     PendingChange const* const pending = mPending.find(key);
     bool const isNew = pending && pending->kind == PendingChange::CreateDirectory;
     PendingChange const removal = {PendingChange::RemoveDirectory, QString(), 0};
-    mPending.dropUnder(key);
-    if (isNew)
-        mPending.drop(key);
-    else
+    mPending.dropAtOrUnder(key);
+    if (!isNew)
         mPending.put(key, removal);
     return kDone;
 }

@@ -16,9 +16,9 @@ void PendingChanges::drop(QString const& key)
     mChanges.remove(key);
 }
 
-void PendingChanges::dropUnder(QString const& key)
+void PendingChanges::dropAtOrUnder(QString const& key)
 {
-    QStringList const keys = keysUnder(key);
+    QStringList const keys = keysAtOrUnder(key);
     for (QString const& each : keys)
         drop(each);
 }
@@ -30,16 +30,10 @@ QStringList PendingChanges::keys() const
 
 QStringList PendingChanges::keysAtOrUnder(QString const& key) const
 {
-    QStringList keys = keysUnder(key);
-    if (mChanges.contains(key))
-        keys.prepend(key);
-    return keys;
-}
-
-QStringList PendingChanges::keysUnder(QString const& key) const
-{
     QString const prefix = key + QLatin1Char('/');
     QStringList keys;
+    if (mChanges.contains(key))
+        keys.append(key);
     Changes::const_iterator change = mChanges.lowerBound(prefix);
     for (; change != mChanges.constEnd() && change.key().startsWith(prefix); ++change)
         keys.append(change.key());

@@ -37,7 +37,7 @@ public:
     void put(QString const& key, PendingChange const& change);
 
     void drop(QString const& key);
-    void dropUnder(QString const& key);
+    void dropAtOrUnder(QString const& key);
 
     /// The keys with a pending change, directories before what lies in them.
     QStringList keys() const;
@@ -45,8 +45,6 @@ public:
 
 private:
     typedef QMap<QString, PendingChange> Changes;
-
-    QStringList keysUnder(QString const& key) const;
 
     // Sorted: all keys under one key stand together.
     Changes mChanges;

@@ -5,16 +5,6 @@
 #include "registry/Place.h"
 #include "registry/RegistryKey.h"
 
-namespace {
-
-bool fail(QString& error, char const* reason, QString const& key)
-{
-    error = QString::fromLatin1(reason).arg(key);
-    return false;
-}
-
-} // namespace
-
 RegistryImport::RegistryImport(DefaultNode const& declarations, LiveNode const& live,
                                QStringList const& foreign, qint64 lastOrdinal)
     : mDeclarations(declarations)
@@ -31,7 +21,7 @@ bool RegistryImport::enterDirectory(QString const& name, QString& error)
     if (!findPlaceFor(key, name, place, error))
         return false;
     if (place.declaration->isValue())
-        return fail(error, "\"%1\" is a value", key);
+        return refuse(error, "\"%1\" is a value", key);
     // The directories around it are open, so they exist by now.
     if (place.isSession(key) && !place.exists)
         createSession(key);
@@ -52,9 +42,9 @@ bool RegistryImport::addKey(RegistryXmlKey const& key, QString& error)
     if (!findPlaceFor(fullKey, key.name, place, error))
         return false;
     if (!place.declaration->isValue())
-        return fail(error, "\"%1\" is a directory", fullKey);
+        return refuse(error, "\"%1\" is a directory", fullKey);
     if (!key.value.isNull() && !place.declaration->admits(key.value))
-        return fail(error, "\"%1\" does not admit its value", fullKey);
+        return refuse(error, "\"%1\" does not admit its value", fullKey);
     LiveChange::Kind const kind
         = key.value.isNull() ? LiveChange::RemoveValue : LiveChange::SetValue;
     LiveChange const step = {kind, fullKey, key.value, 0};
@@ -89,7 +79,7 @@ bool RegistryImport::findPlaceFor(QString const& key, QString const& name, Place
     place = findPlace(mDeclarations, mLive, key);
     bool const isKnown = place.declaration && !place.isTemplate && !isForeign(key);
     if (!isKnown || name.contains(QLatin1Char('/')))
-        return fail(error, "\"%1\" is unknown", key);
+        return refuse(error, "\"%1\" is unknown", key);
     return true;
 }
 

@@ -9,7 +9,7 @@ namespace {
 
 int const kCodeUnitSize = 2;
 
-bool takeAttributes(QXmlStreamReader const& reader, QStringList const& known, QString& error)
+bool checkAttributes(QXmlStreamReader const& reader, QStringList const& known, QString& error)
 {
     QXmlStreamAttributes const attributes = reader.attributes();
     for (QXmlStreamAttribute const& attribute : attributes) {
@@ -125,7 +125,7 @@ bool DocumentReader::startElement()
         return startKey();
     if (mReader.name() != QLatin1String("dir"))
         return refuse("neither <dir> nor <key>");
-    return takeAttributes(mReader, QStringList(QLatin1String("name")), mError)
+    return checkAttributes(mReader, QStringList(QLatin1String("name")), mError)
         && mHandler.enterDirectory(attribute(mReader, "name"), mError);
 }
 
@@ -140,7 +140,7 @@ bool DocumentReader::startKey()
     key.defaultValue = attribute(mReader, "default");
     key.regExp = attribute(mReader, "regexp");
     key.value = attribute(mReader, "value");
-    return takeAttributes(mReader, known, mError)
+    return checkAttributes(mReader, known, mError)
         && decodeValue(attribute(mReader, "encoding"), key.value, mError)
         && mHandler.addKey(key, mError);
 }
@@ -162,6 +162,12 @@ bool DocumentReader::refuse(char const* reason)
 
 RegistryXmlHandler::~RegistryXmlHandler()
 {
+}
+
+bool refuse(QString& error, char const* reason, QString const& subject)
+{
+    error = QString::fromLatin1(reason).arg(subject);
+    return false;
 }
 
 bool readRegistryXml(QByteArray const& data, RegistryXmlHandler& handler, QString& error)

@@ -25,6 +25,11 @@ public:
     virtual bool addKey(RegistryXmlKey const& key, QString& error) = 0;
 };
 
+/// Lets an operation of a handler fail: puts `reason`, with `subject` for its "%1", into `error`.
+///
+/// @return false.
+bool refuse(QString& error, char const* reason, QString const& subject);
+
 /// Reads a document of the form
 ///
 ///     <registry>

@@ -116,8 +116,7 @@ int TemporaryKeys::rollback(QString const& key)
 {
     if (!isKnown(key))
         return kRefused;
-    mPending.drop(key);
-    mPending.dropUnder(key);
+    mPending.dropAtOrUnder(key);
     return kDone;
 }
 
@@ -132,8 +131,7 @@ int TemporaryKeys::del(QString const& key)
 {
     if (key == root() || !isKnown(key))
         return kRefused;
-    mPending.drop(key);
-    mPending.dropUnder(key);
+    mPending.dropAtOrUnder(key);
     PendingChange const removal = {PendingChange::RemoveValue, QString(), 0};
     if (mValues.contains(key))
         mPending.put(key, removal);
