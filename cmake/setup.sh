@@ -1,7 +1,7 @@
 # Sourced by ./run and ./test: installs what the build needs and builds.
 #
-# Needs `project`, the project's folder. Nothing here reads standard input, which belongs to the
-# commands of ./run, and all messages go to standard error.
+# Needs `project`, the project's folder; the working directory stays the caller's. Nothing here reads
+# standard input, which belongs to the commands of ./run, and all messages go to standard error.
 
 kPackages=(
     g++ cmake ninja-build qtbase5-dev libsqlite3-dev libreadline-dev libcli11-dev nlohmann-json3-dev
@@ -71,11 +71,11 @@ build() {
     local preset=$1
     shift
     local directory=$project/build/$preset
-    cd "$project" || exit 1
-    if [ ! -e "$directory/build.ninja" ] || [ CMakePresets.json -nt "$directory/build.ninja" ] \
+    if [ ! -e "$directory/build.ninja" ] \
+        || [ "$project/CMakePresets.json" -nt "$directory/build.ninja" ] \
         || ! grep -qxF "CMAKE_HOME_DIRECTORY:INTERNAL=$project" "$directory/CMakeCache.txt"; then
         # --fresh: a build folder that came along with a moved project points to the old place.
-        cmake --preset "$preset" --fresh </dev/null >&2 || exit 1
+        cmake -S "$project" --preset "$preset" --fresh </dev/null >&2 || exit 1
     fi
     # The lines with which ninja says that there is nothing to do would head every answer.
     cmake --build "$directory" ${@:+--target "$@"} </dev/null 2>&1 \
