@@ -35,6 +35,16 @@ inline bool startDetachedCommandLine(QString const& commandLine)
 #endif
 }
 
+/// The process id of a running process; 0 when it does not run.
+inline qint64 processId(QProcess const& process)
+{
+#if QT_VERSION >= 0x050300
+    return process.processId();
+#else
+    return process.pid();
+#endif
+}
+
 /// Connects a thread's terminated() signal, which only Qt 4 has.
 inline void connectThreadTerminated(QObject const* thread, QObject const* receiver,
                                     char const* slot)

@@ -89,11 +89,10 @@ bool ConfigActions::write(QStringList const& keys, QStringList const& texts)
 
 bool ConfigActions::commit(QStringList const& keys)
 {
-    for (QString const& key : keys) {
-        if (mBackend.commit(key) != 0)
-            return false;
-    }
-    return true;
+    bool isCommitted = true;
+    for (QString const& key : keys)
+        isCommitted = mBackend.commit(key) == 0 && isCommitted;
+    return isCommitted;
 }
 
 void ConfigActions::createPrimaryProfile()

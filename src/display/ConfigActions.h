@@ -44,7 +44,7 @@ protected:
     /// the work; those before it stay set.
     bool write(QStringList const& keys, QStringList const& texts);
 
-    /// Commits the keys one after another, until one fails.
+    /// Commits all keys, one after another. False when one of them fails.
     bool commit(QStringList const& keys);
 
 private:

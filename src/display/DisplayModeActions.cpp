@@ -1,5 +1,7 @@
 #include "display/DisplayModeActions.h"
 
+#include "common/Files.h"
+
 #include <QByteArray>
 #include <QFile>
 #include <QFileInfo>
@@ -56,8 +58,7 @@ QStringList offeredRates()
 {
     QStringList rates;
     QFile file(kPreferencesFile);
-    // Opening a pipe would wait for its other end, and a device may never end.
-    if (!QFileInfo(file).isFile() || !file.open(QIODevice::ReadOnly | QIODevice::Text))
+    if (!openRegularFile(file, QIODevice::ReadOnly | QIODevice::Text))
         return rates;
     for (QByteArray line = file.readLine(); !line.isEmpty(); line = file.readLine()) {
         if (line.startsWith(kRefreshLine))

@@ -43,7 +43,7 @@ ViewKeyRow const kViewKeys[] = {
                     "root/ConnectionType/iceweasel/connections/{UUID}/address"},
 
     // The five display keys have no registry key each: what they mean depends on the profile in use.
-    {DisplayArea,   "zelvo-view/display", nullptr},
+    {DisplayArea,   nullptr, nullptr},
 
     {UuidDirectory, "zelvo-view/ica/sessions",
                     "root/ConnectionType/ica/connections"},
@@ -103,7 +103,7 @@ ViewKeyRow const kViewKeys[] = {
                     "root/ConnectionType/view/connections/{UUID}/server"},
 
     // Kept in a connection file of NetworkManager, not in the registry.
-    {WirelessArea,  "zelvo-view/wireless", nullptr},
+    {WirelessArea,  nullptr, nullptr},
 
     // XenApp is the registry's "pnagent".
     {UuidDirectory, "zelvo-view/xenapp/sessions",

@@ -11,7 +11,8 @@ class Registry;
 /// The root of a view tree. It grows on demand: from the default settings, which know every key with
 /// "{uuid}" in place of a session's UUID, and from the sessions that the registry holds.
 ///
-/// A tree serves one request; its name is the last component of its root. Host thread only.
+/// A tree serves one request, or collects what several have set; its name is the last component of
+/// its root. Host thread only.
 class ConfigTree : public ConfigBranch
 {
 public:

@@ -1,9 +1,11 @@
 #include "wireless/NMConfFile.h"
 
+#include "common/Files.h"
 #include "common/Text.h"
 
 #include <QByteArray>
 #include <QFile>
+#include <QFileInfo>
 #include <QLatin1String>
 #include <QStringList>
 #include <QtDebug>
@@ -199,7 +201,8 @@ void NMConfFile::sync()
 {
     QByteArray const content = toString().toLatin1();
     mFile->close();
-    if (!mFile->open(QIODevice::WriteOnly | QIODevice::Truncate))
+    bool const isOtherThanFile = mFile->exists() && !QFileInfo(*mFile).isFile();
+    if (isOtherThanFile || !mFile->open(QIODevice::WriteOnly | QIODevice::Truncate))
         return;
     // Before the content: nobody else gets to see a passphrase, not even for a moment.
     mFile->setPermissions(QFile::ReadOwner | QFile::WriteOwner);
@@ -211,7 +214,7 @@ void NMConfFile::loadConfig()
 {
     if (mFile->isOpen())
         mFile->seek(0);
-    else if (!mFile->open(QIODevice::ReadOnly))
+    else if (!openRegularFile(*mFile, QIODevice::ReadOnly))
         return;
 
     Group current = NoGroup;

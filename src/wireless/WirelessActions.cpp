@@ -34,8 +34,6 @@ bool isOneLine(QString const& text)
 
 } // namespace
 
-namespace WirelessActions {
-
 ValueAction::ValueAction()
     : RegistryValueAction(QString())
 {
@@ -109,5 +107,3 @@ bool SettingsVisibilityAction::execute(IConfigEntry const& entry, QVariant& data
     data = !wireless_firstHalDevice().isNull() || QFile::exists(kDisabledMarker);
     return true;
 }
-
-} // namespace WirelessActions

@@ -7,10 +7,9 @@
 
 class NMConfFile;
 
-/// The actions of the wireless keys. Each lets the wrapper script of the entry do the work and
-/// turns to the connection file or to NetworkManager when there is none or it fails; which setting
-/// is meant is told by the entry's name. Host thread only.
-namespace WirelessActions {
+// The actions of the wireless keys. Each lets the wrapper script of the entry do the work and turns
+// to the connection file or to NetworkManager when there is none or it fails; which setting is meant
+// is told by the entry's name. Host thread only.
 
 /// Reads "enable" (a bool), "ssid", "security" or "passphrase" (texts, never null). False for any
 /// other name. Writes no file.
@@ -55,5 +54,3 @@ class SettingsVisibilityAction : public DefaultIsVisibleAction
 public:
     bool execute(IConfigEntry const& entry, QVariant& data) override;
 };
-
-} // namespace WirelessActions

@@ -26,14 +26,14 @@ IConfigAction* WirelessSettingClass::isVisibleAction(QString const& key) const
 {
     if (key != kBranch)
         return nullptr;
-    return cached<WirelessActions::SettingsVisibilityAction>(ACTION_IS_VISIBLE);
+    return cached<SettingsVisibilityAction>(ACTION_IS_VISIBLE);
 }
 
 IConfigAction* WirelessSettingClass::valueAction(QString const& key) const
 {
     if (!mHandledKeys.contains(key))
         return nullptr;
-    return cached<WirelessActions::ValueAction>(ACTION_VALUE);
+    return cached<ValueAction>(ACTION_VALUE);
 }
 
 IConfigAction* WirelessSettingClass::setValueAction(QString const&) const
@@ -55,7 +55,7 @@ IConfigAction* WirelessSettingClass::commitAction(QString const& key) const
 {
     if (!mHandledKeys.contains(key))
         return nullptr;
-    return cached<WirelessActions::CommitAction>(ACTION_COMMIT);
+    return cached<CommitAction>(ACTION_COMMIT);
 }
 
 IConfigAction* WirelessSettingClass::applyAction(QString const&) const

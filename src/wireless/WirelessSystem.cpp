@@ -96,9 +96,6 @@ NMConfFile* wireless_defaultNmConfig(QDir const& dir)
     QFileInfoList const files
         = dir.entryInfoList(QStringList(QLatin1String("*")), QDir::Files, QDir::Name);
     for (QFileInfo const& info : files) {
-        // The listing lets a link to a pipe or a device through, and reading one might not end.
-        if (!info.isFile())
-            continue;
         QScopedPointer<NMConfFile> file(new NMConfFile(info.absoluteFilePath()));
         if (file->isWirelessConfig())
             return file.take();

@@ -1,6 +1,7 @@
 #include "actions/default/ApplyTask.h"
 #include "actions/default/DefaultApplyAction.h"
 #include "actions/default/LastCommandTask.h"
+#include "actions/default/LastCommands.h"
 #include "plugin/AutoThread.h"
 #include "support/Footprint.h"
 #include "support/TestBackend.h"
@@ -211,6 +212,7 @@ private slots:
     void handOver();
     void handOverFileThatCannotBeReadTakesTheCommandItself();
     void handOverFileThatCannotBeOpenedKeepsTheCommandFromRunning();
+    void handOverFileThatIsAPipeIsNotWaitedFor();
     void commandIsTakenOnceByTasksThatEndTogether();
 
     void requestReturnsBeforeItsScriptsHaveRun();
@@ -228,6 +230,7 @@ private slots:
     void keeperWithoutAThread();
 
 private:
+    void pendingCommandIsDropped();
     ConfigKey* addKey(QString const& name);
     void apply(IConfigEntry& entry, QString const& key = QString());
     /// Runs one script as a task, here and now.
@@ -530,7 +533,7 @@ void ApplyTest::ranking()
     QFETCH(QString, offer);
     QFETCH(QString, expected);
 
-    QCOMPARE(DefaultApplyAction::sHigherRanked(pending, offer), expected);
+    QCOMPARE(lastCommandAfterOffer(pending, offer), expected);
     setPendingCommand(pending);
     DefaultApplyAction::sSetLastApplyCommand(offer);
     QCOMPARE(pendingCommand(), expected);
@@ -754,6 +757,17 @@ void ApplyTest::handOverFileThatCannotBeReadTakesTheCommandItself()
 void ApplyTest::handOverFileThatCannotBeOpenedKeepsTheCommandFromRunning()
 {
     QVERIFY(QDir().mkdir(kHandOverFile));
+    pendingCommandIsDropped();
+}
+
+void ApplyTest::handOverFileThatIsAPipeIsNotWaitedFor()
+{
+    QVERIFY(::mkfifo(kHandOverFile, 0600) == 0);
+    pendingCommandIsDropped();
+}
+
+void ApplyTest::pendingCommandIsDropped()
+{
     setPendingCommand("reboot");
     QThreadPool pool;
     LastCommandTask(mBackend.data(), &pool, QString()).executeCommand();

@@ -155,6 +155,7 @@ private slots:
     void loadingAgainReplacesWhatTheFileHoldsAndKeepsTheRest();
     void loadingAgainAfterSyncReadsWhatWasWritten();
     void pathOfADirectoryIsReadAsNothingAndNotWritten();
+    void pathOfAPipeIsReadAsNothingAndNotWritten();
     void pathInAMissingDirectoryIsNotWritten();
     void fileThatClaimsMoreThanItHoldsIsReadToItsEnd();
     void whatWasWrittenReadsBackTheSame();
@@ -713,6 +714,18 @@ void NMConfFileTest::pathOfADirectoryIsReadAsNothingAndNotWritten()
 
     QVERIFY(QFileInfo(directory.path()).isDir());
     QCOMPARE(modeOf(directory.path()), mode);
+}
+
+void NMConfFileTest::pathOfAPipeIsReadAsNothingAndNotWritten()
+{
+    TestDirectory const directory;
+    QString const path = directory.file(kFileName);
+    QVERIFY(::mkfifo(QFile::encodeName(path).constData(), 0644) == 0);
+
+    NMConfFile file(path);
+    QCOMPARE(file.toString(), QString::fromLatin1(kNoKeys));
+    file.sync();
+    QCOMPARE(modeOf(path), 0644);
 }
 
 void NMConfFileTest::pathInAMissingDirectoryIsNotWritten()

@@ -2,6 +2,7 @@
 
 #include "actions/default/DefaultApplyAction.h"
 #include "actions/default/Wrapper.h"
+#include "common/Files.h"
 #include "common/Text.h"
 
 #include <QFile>
@@ -29,7 +30,7 @@ QString createRequestFile()
 void offerLines(QString const& requestFile)
 {
     QFile file(requestFile);
-    if (!file.open(QIODevice::ReadOnly | QIODevice::Text))
+    if (!openRegularFile(file, QIODevice::ReadOnly | QIODevice::Text))
         return;
     while (!file.atEnd())
         DefaultApplyAction::sSetLastApplyCommand(latin1UpToNul(file.readLine()));
@@ -51,7 +52,11 @@ void ApplyTask::run()
     QString const requestFile = createRequestFile();
     Wrapper wrapper(mScript.filePath());
     wrapper.setEnvironment(QStringList() << QLatin1String("LAST_APPLY_COMMAND=") + requestFile);
-    if (wrapper.run())
+    bool const succeeded = wrapper.run();
+    if (requestFile.isEmpty())
+        return;
+    if (succeeded)
         offerLines(requestFile);
-    QFile::remove(requestFile);
+    // A script may have removed it.
+    static_cast<void>(QFile::remove(requestFile));
 }

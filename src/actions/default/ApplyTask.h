@@ -15,5 +15,7 @@ public:
     ~ApplyTask() override;
 
 private:
+    Q_DISABLE_COPY(ApplyTask)
+
     QFileInfo mScript;
 };

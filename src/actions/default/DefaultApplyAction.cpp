@@ -3,6 +3,7 @@
 #include "actions/ActionKit.h"
 #include "actions/default/ApplyTask.h"
 #include "actions/default/LastCommandTask.h"
+#include "actions/default/LastCommands.h"
 #include "actions/default/Wrapper.h"
 #include "common/QtCompat.h"
 #include "plugin/AutoThread.h"
@@ -10,23 +11,6 @@
 #include <QFileInfo>
 #include <QMutexLocker>
 #include <QThreadPool>
-
-namespace {
-
-// Highest first.
-char const* const kRanking[] = {"reboot", "logout", "restart-display", "restart-desktop"};
-int const kUnranked = sizeof(kRanking) / sizeof(kRanking[0]);
-
-/// The place of a command in the ranking, counted from the top.
-int rankOf(QString const& command)
-{
-    int rank = 0;
-    while (rank < kUnranked && command != QLatin1String(kRanking[rank]))
-        ++rank;
-    return rank;
-}
-
-} // namespace
 
 QString DefaultApplyAction::smLastApplyCommand;
 QMutex DefaultApplyAction::smLastApplyCommandMutex;
@@ -43,7 +27,7 @@ bool DefaultApplyAction::execute(IConfigEntry const& entry, QVariant&)
 void DefaultApplyAction::sSetLastApplyCommand(QString const& command)
 {
     QMutexLocker const locker(&smLastApplyCommandMutex);
-    smLastApplyCommand = sHigherRanked(smLastApplyCommand, command.trimmed());
+    smLastApplyCommand = lastCommandAfterOffer(smLastApplyCommand, command.trimmed());
 }
 
 void DefaultApplyAction::sExecuteLastApplyCommand(Vantora* backend, QString const& key)
@@ -56,11 +40,4 @@ void DefaultApplyAction::sExecuteLastApplyCommand(Vantora* backend, QString cons
     QObject::connect(task, SIGNAL(finished()), keeper, SLOT(deleteThread()));
     QtCompat::connectThreadTerminated(task, keeper, SLOT(deleteThread()));
     task->start(QThread::InheritPriority);
-}
-
-QString DefaultApplyAction::sHigherRanked(QString const& pending, QString const& offer)
-{
-    int const pendingRank = rankOf(pending);
-    bool const isReplaced = pendingRank == kUnranked || rankOf(offer) < pendingRank;
-    return isReplaced ? offer : pending;
 }

@@ -26,11 +26,6 @@ public:
     /// @param key      may be empty: nobody is told.
     static void sExecuteLastApplyCommand(Vantora* backend, QString const& key);
 
-    /// What is pending after `offer` came in beside `pending`. A word of the ranking gives way to a
-    /// higher one alone ("reboot", "logout", "restart-display", "restart-desktop"); anything else
-    /// gives way to whatever comes.
-    static QString sHigherRanked(QString const& pending, QString const& offer);
-
     /// The pending last command of the process; null when there is none. Guarded by
     /// `smLastApplyCommandMutex`.
     static QString smLastApplyCommand;

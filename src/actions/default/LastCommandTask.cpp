@@ -1,6 +1,8 @@
 #include "actions/default/LastCommandTask.h"
 
 #include "actions/default/DefaultApplyAction.h"
+#include "actions/default/LastCommands.h"
+#include "common/Files.h"
 #include "common/QtCompat.h"
 #include "common/Text.h"
 
@@ -15,29 +17,6 @@ namespace {
 
 char const kHandOverFile[] = "/tmp/last-apply-command";
 
-struct Program
-{
-    char const* word;
-    char const* commandLine;
-};
-
-Program const kPrograms[] = {
-    {"reboot", "wlox-reboot"},
-    {"logout", "wlox-logoff"},
-    {"restart-display", "wlox-restartX"},
-    {"restart-desktop", "xfce4-panel --restart"},
-};
-
-/// The command line that a command stands for; any but the known words is one itself.
-QString commandLineOf(QString const& command)
-{
-    for (Program const& program : kPrograms) {
-        if (command == QLatin1String(program.word))
-            return QLatin1String(program.commandLine);
-    }
-    return command;
-}
-
 /// The command that waits in the hand-over file: its first line up to the first ":".
 QString readHandedOver(QFile& file)
 {
@@ -47,7 +26,7 @@ QString readHandedOver(QFile& file)
 
 void handOver(QFile& file, QString const& command, QString const& commandLine)
 {
-    if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate | QIODevice::Text))
+    if (!openRegularFile(file, QIODevice::WriteOnly | QIODevice::Truncate | QIODevice::Text))
         return;
     QString text = command;
     if (commandLine != command)
@@ -80,24 +59,25 @@ void LastCommandTask::executeCommand()
     QMutexLocker const locker(&DefaultApplyAction::smLastApplyCommandMutex);
     QString& pending = DefaultApplyAction::smLastApplyCommand;
     QFile file(QString::fromLatin1(kHandOverFile));
-    if (file.exists() && file.open(QIODevice::ReadOnly | QIODevice::Text)) {
-        pending = DefaultApplyAction::sHigherRanked(pending, readHandedOver(file).trimmed());
+    if (openRegularFile(file, QIODevice::ReadOnly | QIODevice::Text)) {
+        pending = lastCommandAfterOffer(pending, readHandedOver(file).trimmed());
         file.close();
     }
     if (pending.isEmpty())
         return;
 
-    QString const commandLine = commandLineOf(pending);
+    QString const commandLine = lastCommandLine(pending);
     if (file.exists())
         handOver(file, pending, commandLine);
     else
-        QtCompat::startDetachedCommandLine(commandLine);
+        static_cast<void>(QtCompat::startDetachedCommandLine(commandLine));
     pending = QString();
 }
 
 void LastCommandTask::notify()
 {
-    mBackend->set(mKey, QLatin1String("0"), REG_PARAM_VALUE);
-    mBackend->commit(mKey);
-    QSystemSemaphore(mKey, 0, QSystemSemaphore::Open).release();
+    // Whether anybody listens is the host's business.
+    static_cast<void>(mBackend->set(mKey, QLatin1String("0"), REG_PARAM_VALUE));
+    static_cast<void>(mBackend->commit(mKey));
+    static_cast<void>(QSystemSemaphore(mKey, 0, QSystemSemaphore::Open).release());
 }

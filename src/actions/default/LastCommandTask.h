@@ -27,6 +27,8 @@ protected:
     void run() override;
 
 private:
+    Q_DISABLE_COPY(LastCommandTask)
+
     void notify();
 
     Vantora* mBackend;

@@ -8,6 +8,9 @@
 #include <QFileInfo>
 #include <QTemporaryFile>
 
+#include <signal.h>
+#include <unistd.h>
+
 namespace {
 
 int const kTimeLimitMs = 30000;
@@ -77,12 +80,25 @@ QString Wrapper::output()
     return QString::fromUtf8(bytes.constData(), bytes.size());
 }
 
+void Wrapper::GroupLeader::setupChildProcess()
+{
+    ::setpgid(0, 0);
+}
+
+void Wrapper::GroupLeader::killGroup()
+{
+    pid_t const leader = static_cast<pid_t>(QtCompat::processId(*this));
+    if (leader > 0)
+        ::kill(-leader, SIGKILL);
+    static_cast<void>(waitForFinished());
+}
+
 bool Wrapper::waitForSuccess()
 {
-    mProcess.waitForFinished(kTimeLimitMs);
+    // How it ended is asked below.
+    static_cast<void>(mProcess.waitForFinished(kTimeLimitMs));
     if (mProcess.state() != QProcess::NotRunning) {
-        mProcess.kill();
-        mProcess.waitForFinished();
+        mProcess.killGroup();
         return true;
     }
     // The exit code of a program that never started differs between versions of Qt.

@@ -9,8 +9,8 @@ class IConfigEntry;
 /// One run of a wrapper script.
 ///
 /// A script runs in its own folder and gets 30 seconds. The exit code alone decides: 0 is success,
-/// and so are a script that could not be started and one whose time ran out (it is then killed and
-/// reaped). A script that a signal ended did not succeed.
+/// and so are a script that could not be started and one whose time ran out (it is then killed,
+/// together with what it has started, and reaped). A script that a signal ended did not succeed.
 class Wrapper
 {
 public:
@@ -59,8 +59,18 @@ public:
 private:
     Q_DISABLE_COPY(Wrapper)
 
+    /// A process at the head of a group of its own.
+    class GroupLeader : public QProcess
+    {
+    public:
+        void killGroup();
+
+    protected:
+        void setupChildProcess() override;
+    };
+
     bool waitForSuccess();
 
     QString mScript;
-    QProcess mProcess;
+    GroupLeader mProcess;
 };

@@ -12,7 +12,8 @@ public:
 };
 
 /// Sets a session's autostart flag: 0 for exactly "false", else 1. The view writes two words only,
-/// while a registry may hold any, so this is stricter than reading, on purpose.
+/// while a registry may hold any, so this is stricter than reading, on purpose. `data` becomes the
+/// number even where setting it fails.
 class AutostartSetValueAction : public RegistrySetValueAction
 {
 public:

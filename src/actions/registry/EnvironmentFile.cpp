@@ -1,5 +1,6 @@
 #include "actions/registry/EnvironmentFile.h"
 
+#include "common/Files.h"
 #include "common/Text.h"
 
 #include <QFile>
@@ -16,7 +17,7 @@ QList<EnvironmentDeclaration> readEnvironmentFile(QString const& fileName)
 {
     QList<EnvironmentDeclaration> declarations;
     QFile file(fileName);
-    if (!file.open(QIODevice::ReadOnly))
+    if (!openRegularFile(file, QIODevice::ReadOnly))
         return declarations;
 
     char buffer[kBufferSize];

@@ -51,6 +51,14 @@ void addVariable(QStringList& environment, IConfigEntry const& entry,
         environment.append(declaration.name + QLatin1Char('=') + value);
 }
 
+/// Adds the variables that an environment file declares.
+void addVariables(QStringList& environment, IConfigEntry const& entry, char const* fileName)
+{
+    QList<EnvironmentDeclaration> const lines = declarations(entry, fileName);
+    for (EnvironmentDeclaration const& declaration : lines)
+        addVariable(environment, entry, declaration);
+}
+
 QString currentKeyLine(QString const& key)
 {
     return QLatin1String(kRegSet) + QLatin1Char('=') + key;
@@ -82,9 +90,7 @@ bool RegistryValueAction::execute(IConfigEntry const& entry, QVariant& data)
 QStringList RegistryValueAction::processEnvironment(IConfigEntry const& entry)
 {
     QStringList environment = DefaultValueAction::processEnvironment(entry);
-    QList<EnvironmentDeclaration> const lines = declarations(entry, Wrapper::kGetEnv);
-    for (EnvironmentDeclaration const& declaration : lines)
-        addVariable(environment, entry, declaration);
+    addVariables(environment, entry, Wrapper::kGetEnv);
     return environment;
 }
 
@@ -189,9 +195,7 @@ bool RegistryCommitAction::execute(IConfigEntry const& entry, QVariant& data)
 QStringList RegistryCommitAction::processEnvironment(IConfigEntry const& entry)
 {
     QStringList environment = DefaultCommitAction::processEnvironment(entry);
-    QList<EnvironmentDeclaration> const lines = declarations(entry, Wrapper::kCommitEnv);
-    for (EnvironmentDeclaration const& declaration : lines)
-        addVariable(environment, entry, declaration);
+    addVariables(environment, entry, Wrapper::kCommitEnv);
     environment.append(currentKeyLine(mCurrentKey));
     return environment;
 }

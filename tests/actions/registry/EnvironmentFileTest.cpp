@@ -1,5 +1,7 @@
 #include "actions/registry/EnvironmentFile.h"
 
+#include "support/TestDirectory.h"
+
 #include <QByteArray>
 #include <QDir>
 #include <QFile>
@@ -84,6 +86,7 @@ private slots:
     void longLines();
     void missingFileDeclaresNothing();
     void directoryDeclaresNothing();
+    void pipeDeclaresNothingAndIsNotWaitedFor();
     void fileThatMayNotBeReadDeclaresNothing();
     void linkToItselfDeclaresNothing();
     void fileBelowAFileDeclaresNothing();
@@ -201,6 +204,14 @@ void EnvironmentFileTest::missingFileDeclaresNothing()
 void EnvironmentFileTest::directoryDeclaresNothing()
 {
     QCOMPARE(described(readEnvironmentFile(QDir::tempPath())), QStringList());
+}
+
+void EnvironmentFileTest::pipeDeclaresNothingAndIsNotWaitedFor()
+{
+    TestDirectory const directory;
+    QString const pipe = directory.file("get.env");
+    QVERIFY(::mkfifo(QFile::encodeName(pipe).constData(), 0600) == 0);
+    QCOMPARE(described(readEnvironmentFile(pipe)), QStringList());
 }
 
 void EnvironmentFileTest::fileThatMayNotBeReadDeclaresNothing()

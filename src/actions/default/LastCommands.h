@@ -1,0 +1,14 @@
+#pragma once
+
+#include <QString>
+
+// The commands that end an apply request, at most one of them. Four words are known and ranked,
+// highest first: "reboot", "logout", "restart-display", "restart-desktop". Anything else is a command
+// line of its own.
+
+/// What is pending after `offer` came in while `pending` was: a known word gives way to a higher one
+/// alone, anything else (nothing included) to whatever comes.
+QString lastCommandAfterOffer(QString const& pending, QString const& offer);
+
+/// The command line that a command stands for.
+QString lastCommandLine(QString const& command);
