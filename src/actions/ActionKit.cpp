@@ -237,12 +237,7 @@ IConfigAction* ActionKit::registeredActionFromSettingClasses(QString const& key,
 
 QString ActionKit::translateUuid(QString const& path, QString const& placeholder)
 {
-    QStringList components = path.split(kSeparator);
-    for (QString& component : components) {
-        if (isUuidComponent(component))
-            component = placeholder;
-    }
-    return components.join(QString(kSeparator));
+    return replaceUuidComponents(path, placeholder);
 }
 
 QString ActionKit::resolveUuid(QString const& concretePath, QString const& registryTemplate)

@@ -6,21 +6,29 @@ namespace {
 
 QChar const kSeparator = QLatin1Char('/');
 
+// Nothing shorter parses as a UUID, and most components are shorter: they need not be copied.
+int const kShortestUuid = 36;
+
 struct Span
 {
+    bool isEmpty() const { return begin == end; }
+    int size() const { return end - begin; }
+
     int begin;
     int end;
 };
 
-/// Where the first UUID component of `path` stands; an empty span at its end when there is none.
-Span findUuid(QString const& path)
+/// Where the first UUID component at or behind `begin`, the place of a component, stands; an empty
+/// span at the end of `path` when there is none.
+Span findUuid(QString const& path, int begin)
 {
-    for (int begin = 0; begin <= path.size();) {
+    while (begin <= path.size()) {
         int const separator = path.indexOf(kSeparator, begin);
-        int const end = separator < 0 ? path.size() : separator;
-        if (isUuidComponent(path.mid(begin, end - begin)))
-            return {begin, end};
-        begin = end + 1;
+        Span const component = {begin, separator < 0 ? path.size() : separator};
+        if (component.size() >= kShortestUuid
+            && isUuidComponent(path.mid(component.begin, component.size())))
+            return component;
+        begin = component.end + 1;
     }
     return {path.size(), path.size()};
 }
@@ -34,11 +42,26 @@ bool isUuidComponent(QString const& component)
 
 QString firstUuidComponent(QString const& path)
 {
-    Span const uuid = findUuid(path);
-    return uuid.begin == uuid.end ? QString() : path.mid(uuid.begin, uuid.end - uuid.begin);
+    Span const uuid = findUuid(path, 0);
+    return uuid.isEmpty() ? QString() : path.mid(uuid.begin, uuid.size());
 }
 
 QString pathToFirstUuid(QString const& path)
 {
-    return path.left(findUuid(path).end);
+    return path.left(findUuid(path, 0).end);
+}
+
+QString replaceUuidComponents(QString const& path, QString const& replacement)
+{
+    Span uuid = findUuid(path, 0);
+    if (uuid.isEmpty())
+        return path;
+    QString result;
+    int copied = 0;
+    for (; !uuid.isEmpty(); uuid = findUuid(path, uuid.end + 1)) {
+        result += path.mid(copied, uuid.begin - copied);
+        result += replacement;
+        copied = uuid.end;
+    }
+    return result += path.mid(copied);
 }

@@ -10,3 +10,6 @@ QString firstUuidComponent(QString const& path);
 
 /// A key path up to and including its first UUID component; the whole path when it has none.
 QString pathToFirstUuid(QString const& path);
+
+/// A key path with `replacement` in place of each UUID component.
+QString replaceUuidComponents(QString const& path, QString const& replacement);

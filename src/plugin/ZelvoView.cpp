@@ -1,6 +1,7 @@
 #include "plugin/ZelvoView.h"
 
 #include "actions/ActionKit.h"
+#include "actions/default/DefaultActions.h"
 #include "actions/default/DefaultApplyAction.h"
 #include "common/RegistryVocabulary.h"
 #include "common/Text.h"
@@ -27,11 +28,40 @@ char const kPluginName[] = "zelvo-view";
 char const kWrappersFolder[] = "/wrappers";
 QChar const kSeparator = QLatin1Char('/');
 
+/// Tells which children of one branch are visible. A script that says so is one for all sessions and
+/// does not learn for which of them it is run: it is asked once.
+class ChildVisibility
+{
+public:
+    ChildVisibility()
+        : mScriptWasAsked(false)
+        , mSessionsAreVisible(false)
+    {
+    }
+
+    bool isVisible(IConfigEntry const& child)
+    {
+        if (!isUuidComponent(child.name()))
+            return child.isVisible();
+        if (!mScriptWasAsked) {
+            mSessionsAreVisible = child.isVisible();
+            mScriptWasAsked = dynamic_cast<DefaultIsVisibleAction const*>(
+                ActionKit::instance()->registeredIsVisibleAction(child));
+        }
+        return mSessionsAreVisible;
+    }
+
+private:
+    bool mScriptWasAsked;
+    bool mSessionsAreVisible;
+};
+
 void listVisibleChildren(ConfigBranch const& branch, QString const& key,
                          QMap<QString, _RegNodeType>& result)
 {
+    ChildVisibility visibility;
     for (IConfigEntry const* const child : branch.children()) {
-        if (!child->isVisible())
+        if (!visibility.isVisible(*child))
             continue;
         bool const isBranch = dynamic_cast<ConfigBranch const*>(child);
         result.insert(key + kSeparator + child->name(), isBranch ? REG_NODE_DIR : REG_NODE_KEY);
@@ -59,14 +89,38 @@ void deleteChildren(IConfigEntry& entry)
     }
 }
 
-void deleteFromParent(IConfigEntry& entry)
-{
-    if (ConfigBranch* const parent = dynamic_cast<ConfigBranch*>(entry.parent()))
-        parent->detachChild(entry);
-    delete &entry;
-}
-
 } // namespace
+
+/// A request while it is served.
+class ZelvoView::Request
+{
+public:
+    Request(ZelvoView& view, char const* operation, QString const& key)
+        : mView(view)
+    {
+        QString const request = QLatin1String(operation) + key;
+        mIsRepeated = mView.mRequests.contains(request);
+        mView.mRequests.append(request);
+    }
+
+    ~Request()
+    {
+        mView.mRequests.removeLast();
+        if (!mView.mRequests.isEmpty())
+            return;
+        qDeleteAll(mView.mDiscarded);
+        mView.mDiscarded.clear();
+    }
+
+    /// Whether the same request is being served already, and has led to this one.
+    bool isRepeated() const { return mIsRepeated; }
+
+private:
+    Q_DISABLE_COPY(Request)
+
+    ZelvoView& mView;
+    bool mIsRepeated;
+};
 
 ZelvoView::ZelvoView()
     : mSetBuffer(nullptr)
@@ -108,6 +162,9 @@ int ZelvoView::contains(QString const& key)
 int ZelvoView::get(QString const& key, QMap<QString, _RegNodeType>& result,
                    _RegEntryParam const& param, QString const& extra)
 {
+    Request const request(*this, "get ", key);
+    if (request.isRepeated())
+        return kNotHandled;
     ConfigTree tree(rootDir());
     if (!handler(tree, key)) {
         // A listing of the directory above shows the plugin, though the key is not the plugin's.
@@ -135,7 +192,8 @@ int ZelvoView::get(QString const& key, QMap<QString, _RegNodeType>& result,
 
 int ZelvoView::set(QString const& key, QString const& value, _RegEntryParam const& param)
 {
-    if (param != REG_PARAM_VALUE)
+    Request const request(*this, "set ", key);
+    if (request.isRepeated() || param != REG_PARAM_VALUE)
         return kNotHandled;
     ConfigTree tree(rootDir());
     IConfigEntry const* const entry = handler(tree, key) ? tree.resolveUuids(key) : nullptr;
@@ -153,6 +211,9 @@ int ZelvoView::set(QString const& key, QString const& value, _RegEntryParam cons
 
 int ZelvoView::commit(QString const& key)
 {
+    Request const request(*this, "commit ", key);
+    if (request.isRepeated())
+        return kNotHandled;
     // The look-up gets a tree of its own: what it finds beside the entry must not be written.
     ConfigTree tree(rootDir());
     if (!handler(tree, key)) {
@@ -170,7 +231,7 @@ int ZelvoView::commit(QString const& key)
 
     if (IConfigEntry* const pending = setBuffer()->entry(key)) {
         commitEntry(*pending, key);
-        deleteFromParent(*pending);
+        takeOut(*pending);
     } else {
         deleteChildren(*found);
         found->commit();
@@ -198,12 +259,15 @@ int ZelvoView::create(QString const& key, _RegEntryType const&)
     ConfigTree tree(rootDir());
     AbstractConfigEntry* const session = dynamic_cast<AbstractConfigEntry*>(handler(tree, key));
     QString const uuid = KeyPath(key).basename();
-    if (!session || session->name() != viewPlaceholder() || uuid.isEmpty())
+    if (!session || session->name() != viewPlaceholder() || uuid == viewPlaceholder())
+        return kNotHandled;
+    session->setName(uuid);
+    if (tree.entry(key) != session)
         return kNotHandled;
 
     // The session alone waits for the commit; its keys do when they are set.
     deleteChildren(*session);
-    session->setName(uuid);
+    mCreatedSessions.insert(session->path());
     IConfigEntry const* const pending = addToSetBuffer(tree, key);
     QVariant nothing;
     bool const created = pending && ActionKit::instance()->createAction(*pending, nothing);
@@ -263,15 +327,55 @@ void ZelvoView::commitEntry(IConfigEntry& entry, QString const& key)
 
 void ZelvoView::commitSetBuffer()
 {
-    commitEntry(*setBuffer(), rootDir());
-    deleteSetBuffer();
+    ConfigTree* const buffer = setBuffer();
+    commitEntry(*buffer, rootDir());
+    // Unless a request that the commit has led to has done so already.
+    if (mSetBuffer != buffer)
+        return;
+    mSetBuffer = nullptr;
+    mCreatedSessions.clear();
+    discard(buffer);
+}
+
+void ZelvoView::takeOut(IConfigEntry& entry)
+{
+    mCreatedSessions.remove(entry.path());
+    if (ConfigBranch const* const branch = dynamic_cast<ConfigBranch const*>(&entry))
+        forgetCreatedSessions(*branch);
+    ConfigBranch* const parent = dynamic_cast<ConfigBranch*>(entry.parent());
+    if (!parent)
+        return;
+    parent->detachChild(entry);
+    discard(&entry);
+    // An empty branch would be committed one day, though nothing in it was set: a terminal
+    // session's script, say, would be told of empty settings.
+    if (!parent->hasChildren() && !mCreatedSessions.contains(parent->path()))
+        takeOut(*parent);
+}
+
+void ZelvoView::forgetCreatedSessions(ConfigBranch const& branch)
+{
+    if (mCreatedSessions.isEmpty())
+        return;
+    for (IConfigEntry const* const child : branch.children()) {
+        ConfigBranch const* const childBranch = dynamic_cast<ConfigBranch const*>(child);
+        if (!childBranch)
+            continue;
+        mCreatedSessions.remove(childBranch->path());
+        forgetCreatedSessions(*childBranch);
+    }
+}
+
+void ZelvoView::discard(IConfigEntry* entry)
+{
+    mDiscarded.append(entry);
 }
 
 bool ZelvoView::sessionsExist(QString const& key) const
 {
-    int const rootSize = rootDir().size();
+    int const top = key.startsWith(rootDir()) ? rootDir().size() : 0;
     int end = key.size();
-    while (end > 0 && end != rootSize) {
+    while (end > 0 && end != top) {
         int const separator = key.lastIndexOf(kSeparator, end - 1);
         bool const isSession = isUuidComponent(key.mid(separator + 1, end - separator - 1));
         if (isSession && !isListed(key.left(end)))

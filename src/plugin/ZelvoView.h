@@ -2,15 +2,21 @@
 
 #include <vantora/abstractplugin.h>
 
+#include <QList>
 #include <QObject>
+#include <QSet>
+#include <QString>
+#include <QStringList>
 
+class ConfigBranch;
 class ConfigTree;
 class IConfigEntry;
 
 /// The plugin object: answers the host's requests on the keys of the view.
 ///
 /// What is set or created waits in the set buffer until a commit writes it; reading, deleting and
-/// applying never look there. Host thread only.
+/// applying never look there. The files of a key may name keys of the view and so lead from one
+/// request into another; one that leads into itself is not handled. Host thread only.
 class ZelvoView : public QObject, public virtual AbstractPlugin
 {
     Q_OBJECT
@@ -69,6 +75,10 @@ public:
     void deleteSetBuffer();
 
 private:
+    Q_DISABLE_COPY(ZelvoView)
+
+    class Request;
+
     /// The entry of `tree` that handles `key`, or null.
     IConfigEntry* handler(ConfigTree& tree, QString const& key) const;
 
@@ -79,9 +89,20 @@ private:
     void commitEntry(IConfigEntry& entry, QString const& key);
     void commitSetBuffer();
 
+    /// Takes an entry that has been committed out of the set buffer, together with the branches
+    /// that did nothing but lead to it.
+    void takeOut(IConfigEntry& entry);
+    void forgetCreatedSessions(ConfigBranch const& branch);
+
+    /// Takes over an entry, and deletes it when no request works on it any more.
+    void discard(IConfigEntry* entry);
+
     /// Whether the host lists every session that `key` names.
     bool sessionsExist(QString const& key) const;
     bool isListed(QString const& key) const;
 
     ConfigTree* mSetBuffer;
+    QSet<QString> mCreatedSessions;
+    QStringList mRequests;
+    QList<IConfigEntry*> mDiscarded;
 };

@@ -28,9 +28,11 @@ void AbstractConfigEntry::setParent(IConfigEntry* parent)
 
 QString AbstractConfigEntry::path() const
 {
-    QString path = mName;
-    for (IConfigEntry const* ancestor = mParent; ancestor; ancestor = ancestor->parent())
-        path.prepend(ancestor->name() + QLatin1Char('/'));
+    if (!mParent)
+        return mName;
+    QString path = mParent->path();
+    path += QLatin1Char('/');
+    path += mName;
     return path;
 }
 

@@ -18,6 +18,11 @@ ChildList::~ChildList()
 {
 }
 
+bool ChildList::isEmpty() const
+{
+    return mEntries.size() == mGaps;
+}
+
 QList<IConfigEntry*> const& ChildList::entries() const
 {
     if (mGaps > 0)

@@ -17,6 +17,8 @@ public:
     ChildList();
     ~ChildList();
 
+    bool isEmpty() const;
+
     /// All children, in the order in which they were appended.
     QList<IConfigEntry*> const& entries() const;
 

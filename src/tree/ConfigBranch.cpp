@@ -98,6 +98,11 @@ void ConfigBranch::validateDescendants()
 {
 }
 
+bool ConfigBranch::hasChildren() const
+{
+    return !mChildren.isEmpty();
+}
+
 void ConfigBranch::childRenamed(IConfigEntry& child)
 {
     mChildren.renamed(&child);

@@ -42,6 +42,8 @@ public:
     /// descendants up to date here. Does nothing.
     virtual void validateDescendants();
 
+    bool hasChildren() const;
+
 private:
     friend class AbstractConfigEntry;
 

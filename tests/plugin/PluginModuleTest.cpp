@@ -31,8 +31,9 @@ QStringList linesOf(char const* program, QStringList const& arguments)
 /// Whether the compiler brings the library along, with or without a sanitizer.
 bool isCompilersOwn(QString const& library)
 {
-    static QRegExp const names("(libstdc\\+\\+|libgcc_s|libm|libc|libpthread|libdl|librt|ld-linux.*"
-                               "|libasan|libubsan|libtsan|libqt-for-thread-sanitizer)\\.so(\\..*)?");
+    static QRegExp const names(
+        "(libstdc\\+\\+|libgcc_s|libm|libc|libpthread|libdl|librt|ld-linux.*"
+        "|libasan|libubsan|libtsan|libqt-for-thread-sanitizer)\\.so(\\..*)?");
     return names.exactMatch(library);
 }
 

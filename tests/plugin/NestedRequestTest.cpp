@@ -1,0 +1,155 @@
+#include "plugin/ZelvoView.h"
+#include "registry/RegistryHost.h"
+#include "support/TestWrappers.h"
+#include "tree/ConfigTree.h"
+
+#include <QScopedPointer>
+#include <QtTest>
+
+/// The files of a key may name keys of the view, and so lead from one request into another. The host
+/// is the real one: it routes what the actions ask of it back to the plugin.
+class NestedRequestTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init();
+    void cleanup();
+    void committedSiblingIsWrittenOnceAndNotTouchedAgain();
+    void setIntoItselfEnds_data();
+    void setIntoItselfEnds();
+    void readingIntoItselfAnswersTheRegistry();
+    void twoKeysThatNameEachOtherEnd();
+    void branchesThatLedToACommittedKeyAreNotCommittedLater();
+    void sessionThatWasCreatedWaitsThoughItsKeyIsCommitted();
+
+private:
+    int set(QString const& key, QString const& value)
+    {
+        return mHost->set(key, value, REG_PARAM_VALUE);
+    }
+
+    QString value(QString const& key)
+    {
+        QString text;
+        return mHost->get(key, text, REG_PARAM_VALUE, QString()) == 0 ? text : "(none)";
+    }
+
+    QScopedPointer<TestWrappers> mWrappers;
+    QScopedPointer<RegistryHost> mHost;
+    QScopedPointer<ZelvoView> mView;
+};
+
+namespace {
+
+QString const kEnable = QLatin1String("root/zelvo-view/usb/enable");
+QString const kReadOnly = QLatin1String("root/zelvo-view/usb/read_only");
+QString const kUsb = QLatin1String("root/zelvo-view/usb");
+QString const kRoot = QLatin1String("root/zelvo-view");
+QString const kTerminal
+    = QLatin1String("root/zelvo-view/vexlink/sessions/{11111111-1111-4111-8111-111111111111}");
+char const kTerminalFolder[] = "zelvo-view/vexlink/sessions/{uuid}";
+
+} // namespace
+
+void NestedRequestTest::init()
+{
+    mWrappers.reset(new TestWrappers);
+    mHost.reset(new RegistryHost);
+    QString error;
+    QVERIFY2(mHost->loadDefaults(DEFAULTS_DIR, error), qPrintable(error));
+    QVERIFY2(mHost->open(":memory:", error), qPrintable(error));
+    mView.reset(new ZelvoView);
+    mHost->addPlugin(*mView);
+    QString const wrappers = mWrappers->directory().path();
+    mView->pluginIsLoaded(*mHost, mHost->defaultSettings(), QString(),
+                          wrappers.left(wrappers.lastIndexOf('/')));
+}
+
+void NestedRequestTest::cleanup()
+{
+    mView.reset();
+    mHost.reset();
+    mWrappers.reset();
+}
+
+// The commit of the one key takes the other out of the set buffer while the branch walks over both.
+void NestedRequestTest::committedSiblingIsWrittenOnceAndNotTouchedAgain()
+{
+    mWrappers->addFile("zelvo-view/usb/enable", "set.env",
+                       "REG_SET=root/zelvo-view/usb/read_only\n");
+    QCOMPARE(set(kEnable, "true"), 0);
+    QCOMPARE(mHost->commit(kUsb), 0);
+    QCOMPARE(value(kReadOnly), QString("true"));
+    QVERIFY(!mView->setBuffer()->entry(kUsb));
+    QCOMPARE(mHost->commit(kUsb), 0);
+}
+
+void NestedRequestTest::setIntoItselfEnds_data()
+{
+    QTest::addColumn<QByteArray>("target");
+
+    QTest::newRow("the key itself") << QByteArray("root/zelvo-view/usb/enable");
+    QTest::newRow("its branch") << QByteArray("root/zelvo-view/usb");
+    QTest::newRow("the plugin's root") << QByteArray("root/zelvo-view");
+    QTest::newRow("an ancestor of the plugin's root") << QByteArray("root");
+}
+
+void NestedRequestTest::setIntoItselfEnds()
+{
+    QFETCH(QByteArray, target);
+
+    mWrappers->addFile("zelvo-view/usb/enable", "set.env", "REG_SET=" + target + "\n");
+    QCOMPARE(set(kEnable, "false"), 0);
+    QCOMPARE(set(kReadOnly, "true"), 0);
+    QCOMPARE(mHost->commit(kEnable), 0);
+    QCOMPARE(mHost->commit(kUsb), 0);
+    QCOMPARE(mView->commit(kRoot), 0);
+    QCOMPARE(mView->setBuffer()->children().size(), 0);
+    QCOMPARE(value(kReadOnly), QString("true"));
+}
+
+void NestedRequestTest::readingIntoItselfAnswersTheRegistry()
+{
+    mWrappers->addFile("zelvo-view/usb/enable", "get.env", "SELF=root/zelvo-view/usb/enable\n");
+    mWrappers->addScript("zelvo-view/usb/enable", "get.sh", "printf %s \"${SELF-unset}\"");
+    QCOMPARE(value(kEnable), QString("unset"));
+}
+
+void NestedRequestTest::twoKeysThatNameEachOtherEnd()
+{
+    mWrappers->addFile("zelvo-view/usb/enable", "set.env",
+                       "REG_SET=root/zelvo-view/usb/read_only\n");
+    mWrappers->addFile("zelvo-view/usb/read_only", "set.env",
+                       "REG_SET=root/zelvo-view/usb/enable\n");
+    QCOMPARE(set(kEnable, "false"), 0);
+    QCOMPARE(mHost->commit(kUsb), 0);
+    QCOMPARE(mView->commit(kRoot), 0);
+    QVERIFY(mView->setBuffer()->children().isEmpty());
+}
+
+void NestedRequestTest::branchesThatLedToACommittedKeyAreNotCommittedLater()
+{
+    QCOMPARE(mHost->create(kTerminal, REG_TYPE_STRING), 0);
+    QCOMPARE(mHost->commit(kTerminal), 0);
+    mWrappers->addScript(kTerminalFolder, "commit.sh", "echo run >>runs");
+    QCOMPARE(set(kTerminal + "/name", "one"), 0);
+    QCOMPARE(mHost->commit(kTerminal + "/name"), 0);
+    QCOMPARE(mView->commit(kRoot), 0);
+    QVERIFY(!mWrappers->exists(kTerminalFolder, "runs"));
+    QCOMPARE(value(kTerminal + "/name"), QString("one"));
+}
+
+void NestedRequestTest::sessionThatWasCreatedWaitsThoughItsKeyIsCommitted()
+{
+    mWrappers->addScript(kTerminalFolder, "commit.sh", "echo run >>runs");
+    QCOMPARE(mHost->create(kTerminal, REG_TYPE_STRING), 0);
+    QCOMPARE(set(kTerminal + "/name", "one"), 0);
+    QCOMPARE(mHost->commit(kTerminal + "/name"), 0);
+    QVERIFY(mView->setBuffer()->entry(kTerminal));
+    QCOMPARE(mView->commit(kRoot), 0);
+    QCOMPARE(mWrappers->read(kTerminalFolder, "runs"), QByteArray("run\n"));
+}
+
+QTEST_MAIN(NestedRequestTest)
+#include "NestedRequestTest.moc"
