@@ -218,13 +218,9 @@ void NMConfFile::loadConfig()
         return;
 
     Group current = NoGroup;
-    while (mFile->bytesAvailable() > 0) {
-        QByteArray const line = mFile->readLine();
-        // A file may claim a size and then give nothing, or fail while it is read.
-        if (line.isEmpty())
-            return;
+    // The end of the file, and a failure to read on, both give an empty line.
+    for (QByteArray line = mFile->readLine(); !line.isEmpty(); line = mFile->readLine())
         parseLine(latin1UpToNul(line.trimmed()), current);
-    }
 }
 
 void NMConfFile::loadDefaultConfig()
