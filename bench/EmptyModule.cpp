@@ -1,0 +1,8 @@
+// A module that needs what the plugin needs and does nothing: the floor of loading it.
+
+extern "C" int emptyModule();
+
+extern "C" int emptyModule()
+{
+    return 0;
+}

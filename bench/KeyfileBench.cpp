@@ -1,0 +1,88 @@
+// Reading a connection file of NetworkManager, changing the SSID and writing it back.
+//
+//   keyfile   through NMConfFile
+//   floor     the same bytes read and written with the same system calls, nothing looked at: before
+//             opening a file what kind it is, of an open one its size, reading to the end of it
+
+#include "wireless/NMConfFile.h"
+
+#include <QByteArray>
+#include <QString>
+
+#include <benchmark/benchmark.h>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace {
+
+char const kFile[] = "/tmp/keyfile-bench";
+
+void askForKind()
+{
+    struct stat status;
+    benchmark::DoNotOptimize(::lstat(kFile, &status));
+    benchmark::DoNotOptimize(::stat(kFile, &status));
+}
+
+void write(QByteArray const& content)
+{
+    askForKind();
+    int const file = ::open(kFile, O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666);
+    ::fchmod(file, S_IRUSR | S_IWUSR);
+    ::lseek(file, 0, SEEK_SET);
+    if (::write(file, content.constData(), static_cast<size_t>(content.size())) != content.size())
+        qFatal("cannot write %s", kFile);
+    ::close(file);
+}
+
+QByteArray read()
+{
+    char buffer[4096];
+    struct stat status;
+    askForKind();
+    int const file = ::open(kFile, O_RDONLY | O_CLOEXEC);
+    benchmark::DoNotOptimize(::fstat(file, &status));
+    ssize_t const size = ::read(file, buffer, sizeof(buffer));
+    while (::read(file, buffer + size, sizeof(buffer) - static_cast<size_t>(size)) > 0) { }
+    ::close(file);
+    return QByteArray(buffer, static_cast<int>(size));
+}
+
+/// A connection as the plugin itself writes it.
+QByteArray content()
+{
+    ::unlink(kFile);
+    NMConfFile file(QString::fromLatin1(kFile));
+    file.setSecurity(QString::fromLatin1("WPA Personal"));
+    file.setPassphrase(QString::fromLatin1("a passphrase of some length"));
+    file.setSsid(QString::fromLatin1("first network"));
+    return file.toString().toLatin1();
+}
+
+void keyfile(benchmark::State& state)
+{
+    write(content());
+    QString const path = QString::fromLatin1(kFile);
+    bool isOdd = false;
+    for (auto _ : state) {
+        isOdd = !isOdd;
+        NMConfFile file(path);
+        file.setSsid(QString::fromLatin1(isOdd ? "first network" : "other network"));
+        file.sync();
+    }
+}
+
+void floorOfKeyfile(benchmark::State& state)
+{
+    write(content());
+    for (auto _ : state)
+        write(read());
+}
+
+BENCHMARK(keyfile);
+BENCHMARK(floorOfKeyfile)->Name("floor");
+
+} // namespace
+
+BENCHMARK_MAIN();
