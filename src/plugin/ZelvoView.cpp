@@ -305,6 +305,7 @@ void ZelvoView::deleteSetBuffer()
 {
     delete mSetBuffer;
     mSetBuffer = nullptr;
+    mCreatedSessions.clear();
 }
 
 IConfigEntry* ZelvoView::handler(ConfigTree& tree, QString const& key) const
