@@ -1,5 +1,6 @@
 #include "plugin/ZelvoView.h"
 #include "registry/RegistryHost.h"
+#include "support/TestKit.h"
 #include "support/TestWrappers.h"
 #include "tree/ConfigTree.h"
 
@@ -64,6 +65,7 @@ void NestedRequestTest::init()
     QString const wrappers = mWrappers->directory().path();
     mView->pluginIsLoaded(*mHost, mHost->defaultSettings(), QString(),
                           wrappers.left(wrappers.lastIndexOf('/')));
+    keepInstanceKnown();
 }
 
 void NestedRequestTest::cleanup()
