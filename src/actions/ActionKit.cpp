@@ -275,7 +275,7 @@ void ActionKit::registerAction(Action_t op, QString const& viewKey, IConfigActio
 
 IConfigAction* ActionKit::registeredAction(Action_t op, IConfigEntry const& entry) const
 {
-    QString const key = translateUuid(entry.path(), viewPlaceholder());
+    QString const key = generalisedPath(entry.path());
     QMap<QString, IConfigAction*> const& actions = mActions[indexOf(op)];
     QMap<QString, IConfigAction*>::const_iterator const registered = actions.constFind(key);
     if (registered != actions.constEnd())

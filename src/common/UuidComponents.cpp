@@ -1,5 +1,7 @@
 #include "common/UuidComponents.h"
 
+#include "common/RegistryVocabulary.h"
+
 #include <QUuid>
 
 namespace {
@@ -64,4 +66,9 @@ QString replaceUuidComponents(QString const& path, QString const& replacement)
         copied = uuid.end;
     }
     return result += path.mid(copied);
+}
+
+QString generalisedPath(QString const& path)
+{
+    return replaceUuidComponents(path, RegistryVocabulary::viewPlaceholder());
 }

@@ -13,3 +13,6 @@ QString pathToFirstUuid(QString const& path);
 
 /// A key path with `replacement` in place of each UUID component.
 QString replaceUuidComponents(QString const& path, QString const& replacement);
+
+/// A key path in the form in which it is registered and declared: "{uuid}" in place of each UUID.
+QString generalisedPath(QString const& path);

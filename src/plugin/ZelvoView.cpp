@@ -176,8 +176,7 @@ int ZelvoView::get(QString const& key, QMap<QString, _RegNodeType>& result,
     if (!entry)
         return kNotHandled;
     if (param != REG_PARAM_VALUE)
-        return AbstractPlugin::get(ActionKit::translateUuid(key, viewPlaceholder()), result, param,
-                                   extra);
+        return AbstractPlugin::get(generalisedPath(key), result, param, extra);
 
     if (ConfigBranch const* const branch = dynamic_cast<ConfigBranch const*>(entry)) {
         listVisibleChildren(*branch, key, result);
@@ -310,7 +309,7 @@ void ZelvoView::deleteSetBuffer()
 
 IConfigEntry* ZelvoView::handler(ConfigTree& tree, QString const& key) const
 {
-    return tree.handlesKey(ActionKit::translateUuid(key, viewPlaceholder()), getDefaultSettings());
+    return tree.handlesKey(generalisedPath(key), getDefaultSettings());
 }
 
 IConfigEntry* ZelvoView::addToSetBuffer(ConfigTree const& found, QString const& key)

@@ -16,9 +16,7 @@ namespace {
 /// Asks the default settings for a key, in its generalised form: they know no sessions.
 bool queryGeneralised(Reg::Registry* registry, QString const& path, Reg::NodeSet& nodes)
 {
-    return registry
-        && registry->query(ActionKit::translateUuid(path, viewPlaceholder()), nodes, emptyText())
-        == 0;
+    return registry && registry->query(generalisedPath(path), nodes, emptyText()) == 0;
 }
 
 /// Makes the key of a value in `branch`. What an old key of that name has buffered is carried over:
@@ -214,7 +212,7 @@ bool ConfigTree::resolveUuids(ConfigBranch& branch, QString const& path)
         ConfigBranch* const placeholder = dynamic_cast<ConfigBranch*>(child);
         if (!placeholder)
             return false;
-        if (placeholder->path() == ActionKit::translateUuid(path, viewPlaceholder()))
+        if (placeholder->path() == generalisedPath(path))
             becomeSession(branch, *placeholder, KeyPath(path).basename());
         else if (!becomeAllSessions(branch, *placeholder))
             return false;

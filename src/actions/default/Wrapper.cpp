@@ -2,7 +2,7 @@
 
 #include "actions/ActionKit.h"
 #include "common/QtCompat.h"
-#include "common/RegistryVocabulary.h"
+#include "common/UuidComponents.h"
 #include "tree/IConfigEntry.h"
 
 #include <QFileInfo>
@@ -38,8 +38,7 @@ char const Wrapper::kCommitEnv[] = "/commit.env";
 
 QString Wrapper::path(IConfigEntry const& entry, char const* fileName)
 {
-    return path(ActionKit::translateUuid(entry.path(), RegistryVocabulary::viewPlaceholder()),
-                fileName);
+    return path(generalisedPath(entry.path()), fileName);
 }
 
 QString Wrapper::path(QString const& viewKey, char const* fileName)
