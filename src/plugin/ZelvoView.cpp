@@ -247,9 +247,14 @@ int ZelvoView::apply(QString const& key, QString const& command)
     if (ConfigBranch* const branch = dynamic_cast<ConfigBranch*>(entry))
         tree.populateEntryWithAllDescendants(*branch, getDefaultSettings(), key);
 
-    ActionKit::instance()->pushApplyThreadPool(new QThreadPool(this));
+    QThreadPool* const pool = new QThreadPool(this);
+    ActionKit::instance()->pushApplyThreadPool(pool);
     entry->apply();
     DefaultApplyAction::sExecuteLastApplyCommand(mBackend, command);
+    // The keeper of the thread that waits for the pool has just become the last child. It goes when
+    // that thread has ended: nobody uses the pool any more.
+    QObject::connect(findChildren<AutoThread*>().last(), SIGNAL(destroyed()), pool,
+                     SLOT(deleteLater()));
     return kDone;
 }
 

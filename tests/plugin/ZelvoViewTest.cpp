@@ -116,6 +116,7 @@ private slots:
     void applyReturnsBeforeItsScriptsHaveRun();
     void applyTellsItsEnd();
     void applyWithoutCommandTellsNobody();
+    void applyLeavesNoPoolAndNoKeeperBehind();
     void applyOfTheUsbAreaIsTheRegistrys();
     void applyOfAnUnknownKeyTellsNobody();
     void destroyingThePluginWaitsForItsApplies();
@@ -823,6 +824,19 @@ void ZelvoViewTest::applyWithoutCommandTellsNobody()
     scene.plugin.reset();
     QCOMPARE(scene.wrappers.read("zelvo-view/radio/ssid", "seen"), QByteArray("applied\n"));
     QCOMPARE(scene.backend.calls(), QStringList());
+}
+
+void ZelvoViewTest::applyLeavesNoPoolAndNoKeeperBehind()
+{
+    QFETCH_GLOBAL(QString, root);
+
+    PluginScene scene(root);
+    scene.wrappers.addScript("zelvo-view/radio/ssid", "apply.sh", "echo applied >> seen");
+    for (int i = 0; i < 3; ++i)
+        QCOMPARE(scene.apply(scene.at("radio")), 0);
+    QVERIFY(waitUntil([&] { return scene.plugin->children().isEmpty(); }));
+    QCOMPARE(scene.wrappers.read("zelvo-view/radio/ssid", "seen"),
+             QByteArray("applied\napplied\napplied\n"));
 }
 
 void ZelvoViewTest::applyOfTheUsbAreaIsTheRegistrys()
