@@ -14,6 +14,10 @@ public:
     /// child process.
     QStringList newSince(Footprint const& before) const;
 
+    int descriptorCount() const { return mDescriptors.size(); }
+    int temporaryFileCount() const { return mTemporaryFiles.size(); }
+    int childCount() const { return mChildren.size(); }
+
 private:
     QStringList mDescriptors;
     QStringList mTemporaryFiles;
