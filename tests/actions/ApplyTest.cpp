@@ -4,10 +4,13 @@
 #include "actions/default/LastCommands.h"
 #include "plugin/AutoThread.h"
 #include "support/Footprint.h"
+#include "support/LastCommandWatch.h"
+#include "support/ReleaseCounter.h"
 #include "support/TestBackend.h"
 #include "support/TestKit.h"
 #include "support/TestWrappers.h"
 #include "support/Waiting.h"
+#include "support/WithoutPrivilege.h"
 #include "tree/ConfigBranch.h"
 #include "tree/ConfigKey.h"
 
@@ -17,14 +20,11 @@
 #include <QThreadPool>
 #include <QtTest>
 
-#include <atomic>
 #include <functional>
 #include <thread>
 #include <vector>
 
-#include <sys/fsuid.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
 namespace {
 
@@ -45,94 +45,6 @@ void writeFile(QString const& name, QByteArray const& content)
     QVERIFY(file.open(QIODevice::WriteOnly));
     QCOMPARE(file.write(content), qint64(content.size()));
 }
-
-/// The last commands that the world has written down.
-QStringList startedCommands()
-{
-    QString const record = QString::fromLocal8Bit(readFile(qgetenv("VANTORA_WORLD_RECORD")));
-    QStringList lines = record.split('\n');
-    lines.removeAll(QString());
-    return lines;
-}
-
-QString pendingCommand()
-{
-    QMutexLocker const locker(&DefaultApplyAction::smLastApplyCommandMutex);
-    return DefaultApplyAction::smLastApplyCommand;
-}
-
-void setPendingCommand(QString const& command)
-{
-    QMutexLocker const locker(&DefaultApplyAction::smLastApplyCommandMutex);
-    DefaultApplyAction::smLastApplyCommand = command;
-}
-
-/// The body of an apply script that asks for a last command.
-QByteArray asksFor(QByteArray const& command)
-{
-    return "echo '" + command + "' >>\"$LAST_APPLY_COMMAND\"";
-}
-
-/// Gives up, in this thread, the right of the administrator to open any file: a file is given to
-/// somebody else, as whom this thread then opens files.
-class WithoutPrivilege
-{
-public:
-    explicit WithoutPrivilege(char const* file)
-        : mIsPrivileged(::geteuid() == 0)
-    {
-        if (mIsPrivileged && ::chown(file, kNobody, kNobody) == 0)
-            ::setfsuid(kNobody);
-    }
-
-    ~WithoutPrivilege()
-    {
-        if (mIsPrivileged)
-            ::setfsuid(0);
-    }
-
-private:
-    enum { kNobody = 65534 };
-
-    bool mIsPrivileged;
-};
-
-/// Counts how often a system semaphore is released.
-class ReleaseCounter
-{
-public:
-    explicit ReleaseCounter(QString const& key)
-        : mSemaphore(key, 0, QSystemSemaphore::Create)
-        , mIsStopping(false)
-        , mCount(0)
-        , mThread(&ReleaseCounter::run, this)
-    {
-    }
-
-    ~ReleaseCounter()
-    {
-        mIsStopping = true;
-        mSemaphore.release();
-        mThread.join();
-    }
-
-    int count() const { return mCount; }
-
-private:
-    Q_DISABLE_COPY(ReleaseCounter)
-
-    void run()
-    {
-        while (mSemaphore.acquire() && !mIsStopping)
-            ++mCount;
-    }
-
-    QSystemSemaphore mSemaphore;
-    std::atomic<bool> mIsStopping;
-    std::atomic<int> mCount;
-    // Last: it uses the others from its start.
-    std::thread mThread;
-};
 
 /// A thread that runs until it is let go, and tells when it is deleted.
 class HeldThread : public QThread
@@ -260,7 +172,7 @@ void ApplyTest::init()
     mTop.reset(new ConfigBranch("zelvo-view", nullptr));
     mPlugin.reset(new QObject);
     setPendingCommand(QString());
-    QFile::remove(qgetenv("VANTORA_WORLD_RECORD"));
+    forgetStartedCommands();
     QVERIFY(!QFile::exists(kHandOverFile));
 }
 
