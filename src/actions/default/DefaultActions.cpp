@@ -20,7 +20,7 @@ bool DefaultValueAction::execute(IConfigEntry const& entry, QVariant& data)
     QString const script = Wrapper::path(entry, Wrapper::kGet);
     if (!QFile::exists(script))
         return false;
-    Wrapper wrapper(script);
+    Wrapper wrapper(script, Wrapper::KeepOutput);
     wrapper.setEnvironment(processEnvironment(entry));
     if (!wrapper.run())
         return false;
@@ -38,7 +38,7 @@ bool DefaultSetValueAction::execute(IConfigEntry const& entry, QVariant& data)
     QString const script = Wrapper::path(entry, Wrapper::kSet);
     if (!QFile::exists(script))
         return false;
-    Wrapper wrapper(script);
+    Wrapper wrapper(script, Wrapper::KeepOutput);
     wrapper.setEnvironment(processEnvironment(entry));
     if (!wrapper.runWithValue(data.toString()))
         return false;

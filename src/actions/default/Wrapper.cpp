@@ -8,9 +8,6 @@
 #include <QFileInfo>
 #include <QTemporaryFile>
 
-#include <signal.h>
-#include <unistd.h>
-
 namespace {
 
 int const kTimeLimitMs = 30000;
@@ -47,8 +44,9 @@ QString Wrapper::path(QString const& viewKey, char const* fileName)
         + QLatin1String(fileName);
 }
 
-Wrapper::Wrapper(QString const& script)
+Wrapper::Wrapper(QString const& script, Output output)
     : mScript(script)
+    , mOutput(output)
 {
     mProcess.setWorkingDirectory(QFileInfo(script).absolutePath());
 }
@@ -79,25 +77,18 @@ QString Wrapper::output()
     return QString::fromUtf8(bytes.constData(), bytes.size());
 }
 
-void Wrapper::GroupLeader::setupChildProcess()
-{
-    ::setpgid(0, 0);
-}
-
-void Wrapper::GroupLeader::killGroup()
-{
-    pid_t const leader = static_cast<pid_t>(QtCompat::processId(*this));
-    if (leader > 0)
-        ::kill(-leader, SIGKILL);
-    static_cast<void>(waitForFinished());
-}
-
 bool Wrapper::waitForSuccess()
 {
+    // What nobody reads is not kept either. The script can write it all the same.
+    mProcess.closeReadChannel(QProcess::StandardError);
+    if (mOutput == DropOutput)
+        mProcess.closeReadChannel(QProcess::StandardOutput);
+
     // How it ended is asked below.
     static_cast<void>(mProcess.waitForFinished(kTimeLimitMs));
     if (mProcess.state() != QProcess::NotRunning) {
         mProcess.killGroup();
+        static_cast<void>(mProcess.waitForFinished());
         return true;
     }
     // The exit code of a program that never started differs between versions of Qt.

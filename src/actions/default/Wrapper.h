@@ -1,6 +1,7 @@
 #pragma once
 
-#include <QProcess>
+#include "actions/default/ScriptProcess.h"
+
 #include <QString>
 #include <QStringList>
 
@@ -10,10 +11,13 @@ class IConfigEntry;
 ///
 /// A script runs in its own folder and gets 30 seconds. The exit code alone decides: 0 is success,
 /// and so are a script that could not be started and one whose time ran out (it is then killed,
-/// together with what it has started, and reaped). A script that a signal ended did not succeed.
+/// together with what it has started, and reaped). A script that a signal ended did not succeed; one
+/// whose output is kept gets such a signal when it prints more than 128 MiB.
 class Wrapper
 {
 public:
+    enum Output { DropOutput, KeepOutput };
+
     // The scripts of an entry's folder.
     static char const kIsVisible[];
     static char const kGet[];
@@ -36,7 +40,7 @@ public:
     static QString path(QString const& viewKey, char const* fileName);
 
     /// @param script  the full path.
-    explicit Wrapper(QString const& script);
+    explicit Wrapper(QString const& script, Output output = DropOutput);
 
     /// Replaces the environment, which is otherwise inherited.
     ///
@@ -53,24 +57,15 @@ public:
     /// is taken as it is. False, and nothing is run, when the file cannot be written.
     bool runWithValue(QString const& value);
 
-    /// All that the script wrote to its standard output, as UTF-8; never null.
+    /// All that the script wrote to its standard output, where that is kept, as UTF-8; never null.
     QString output();
 
 private:
     Q_DISABLE_COPY(Wrapper)
 
-    /// A process at the head of a group of its own.
-    class GroupLeader : public QProcess
-    {
-    public:
-        void killGroup();
-
-    protected:
-        void setupChildProcess() override;
-    };
-
     bool waitForSuccess();
 
     QString mScript;
-    GroupLeader mProcess;
+    Output mOutput;
+    ScriptProcess mProcess;
 };

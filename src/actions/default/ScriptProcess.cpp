@@ -1,0 +1,36 @@
+#include "actions/default/ScriptProcess.h"
+
+#include "common/QtCompat.h"
+
+#include <signal.h>
+#include <unistd.h>
+
+namespace {
+
+// All of it is held in memory, and as text twice more.
+qint64 const kOutputLimit = 128 * 1024 * 1024;
+
+} // namespace
+
+ScriptProcess::ScriptProcess()
+{
+    connect(this, SIGNAL(readyReadStandardOutput()), SLOT(limitOutput()));
+}
+
+void ScriptProcess::killGroup()
+{
+    pid_t const leader = static_cast<pid_t>(QtCompat::processId(*this));
+    if (leader > 0)
+        ::kill(-leader, SIGKILL);
+}
+
+void ScriptProcess::setupChildProcess()
+{
+    ::setpgid(0, 0);
+}
+
+void ScriptProcess::limitOutput()
+{
+    if (bytesAvailable() > kOutputLimit)
+        killGroup();
+}
