@@ -1,4 +1,5 @@
 #include "loader/PluginLoader.h"
+#include "registry/DefaultsDirectories.h"
 #include "registry/RegistryHost.h"
 #include "shell/CommandSource.h"
 #include "shell/Events.h"
@@ -11,7 +12,6 @@
 #include <vantora/abstractplugin.h>
 
 #include <QCoreApplication>
-#include <QDir>
 #include <QFileInfo>
 #include <QScopedPointer>
 
@@ -22,29 +22,6 @@
 namespace {
 
 char const* const kInMemory = ":memory:";
-
-// Where the shipped default settings lie, seen from the program: installed, and in a build folder.
-char const* const kDefaultsPlaces[] = {"../share/zelvo-view/defaults", "../../../share/defaults"};
-
-QStringList shippedDefaults()
-{
-    QDir const programDirectory(QCoreApplication::applicationDirPath());
-    for (char const* const place : kDefaultsPlaces) {
-        QString const directory = programDirectory.filePath(QLatin1String(place));
-        if (QFileInfo(directory).isDir())
-            return QStringList(QDir::cleanPath(directory));
-    }
-    return QStringList();
-}
-
-QStringList defaultsDirectories(Options const& options, QString const& baseDir)
-{
-    QStringList directories = options.defaults.isEmpty() ? shippedDefaults() : options.defaults;
-    QString const own = QDir(baseDir).filePath(QLatin1String("defaults"));
-    if (QFileInfo(own).isDir())
-        directories.append(own);
-    return directories;
-}
 
 bool loadPlugins(Options const& options, QString const& baseDir, PluginLoader& loader,
                  RegistryHost& host, QString& error)
@@ -63,7 +40,7 @@ bool loadPlugins(Options const& options, QString const& baseDir, PluginLoader& l
 bool startHost(Options const& options, PluginLoader& loader, RegistryHost& host, QString& error)
 {
     QString const baseDir = QFileInfo(options.baseDir).absoluteFilePath();
-    QStringList const directories = defaultsDirectories(options, baseDir);
+    QStringList const directories = defaultsDirectories(options.defaults, baseDir);
     for (QString const& directory : directories) {
         if (!host.loadDefaults(directory, error))
             return false;
