@@ -182,6 +182,18 @@ IConfigAction* ActionKit::registeredApplyAction(IConfigEntry const& entry) const
     return registeredAction(ISettingClass::ACTION_APPLY, entry);
 }
 
+ServingAction ActionKit::servingAction(Action_t op, IConfigEntry const& entry) const
+{
+    QString const key = generalisedPath(entry.path());
+    QMap<QString, IConfigAction*> const& actions = mActions[indexOf(op)];
+    QMap<QString, IConfigAction*>::const_iterator const registered = actions.constFind(key);
+    if (registered != actions.constEnd())
+        return {registered.value(), ServingAction::RegisteredForKey};
+    if (IConfigAction* const offered = registeredActionFromSettingClasses(key, op))
+        return {offered, ServingAction::OfferedBySettingClass};
+    return {mDefaultActions[indexOf(op)], ServingAction::DefaultOfOperation};
+}
+
 bool ActionKit::isVisibleAction(IConfigEntry const& entry, QVariant& data)
 {
     return executeAction(registeredIsVisibleAction(entry), entry, data);
@@ -275,12 +287,5 @@ void ActionKit::registerAction(Action_t op, QString const& viewKey, IConfigActio
 
 IConfigAction* ActionKit::registeredAction(Action_t op, IConfigEntry const& entry) const
 {
-    QString const key = generalisedPath(entry.path());
-    QMap<QString, IConfigAction*> const& actions = mActions[indexOf(op)];
-    QMap<QString, IConfigAction*>::const_iterator const registered = actions.constFind(key);
-    if (registered != actions.constEnd())
-        return registered.value();
-    if (IConfigAction* const offered = registeredActionFromSettingClasses(key, op))
-        return offered;
-    return mDefaultActions[indexOf(op)];
+    return servingAction(op, entry).action;
 }

@@ -15,6 +15,19 @@ class QThreadPool;
 class QVariant;
 class Vantora;
 
+/// The action that serves an operation on an entry, and why it does.
+struct ServingAction
+{
+    enum Reason {
+        RegisteredForKey, // null where an operation was registered to have none
+        OfferedBySettingClass,
+        DefaultOfOperation
+    };
+
+    IConfigAction* action;
+    Reason reason;
+};
+
 /// The one place that says which action serves which key, and runs it.
 ///
 /// Actions, setting classes, branches and session directories are registered while the plugin is
@@ -84,6 +97,9 @@ public:
     IConfigAction* registeredDelAction(IConfigEntry const& entry) const;
     IConfigAction* registeredCommitAction(IConfigEntry const& entry) const;
     IConfigAction* registeredApplyAction(IConfigEntry const& entry) const;
+
+    /// The same for any operation, with the reason for the choice.
+    ServingAction servingAction(Action_t op, IConfigEntry const& entry) const;
 
     // Each finds the action as above and executes it.
     bool isVisibleAction(IConfigEntry const& entry, QVariant& data);

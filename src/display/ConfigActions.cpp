@@ -1,5 +1,6 @@
 #include "display/ConfigActions.h"
 
+#include "common/RegistryVocabulary.h"
 #include "common/Text.h"
 
 #include <vantora/vantora.h>
@@ -52,6 +53,11 @@ QString ConfigActions::primaryProfilePath()
             return path;
     }
     return QString();
+}
+
+QString ConfigActions::profilePathTemplate()
+{
+    return kProfiles + QLatin1Char('/') + RegistryVocabulary::registryPlaceholder();
 }
 
 bool ConfigActions::readPrimaryLabel(QString& label)

@@ -25,6 +25,9 @@ public:
     /// configuration names, the one whose path sorts first. Null when there is none.
     QString primaryProfilePath();
 
+    /// The registry path of a display profile, with "{UUID}" in place of which.
+    static QString profilePathTemplate();
+
 protected:
     /// The label of the profile in use, whether or not there is such a profile. False when it
     /// cannot be read: `label` then stays as it was.

@@ -86,6 +86,13 @@ bool usesXgiDriver()
 
 DisplayModeActions::DisplayModeActions(Vantora& backend)
     : ConfigActions(backend)
+    , mDirectoryTemplate(kConfiguration)
+{
+}
+
+DisplayModeActions::DisplayModeActions(Vantora& backend, QString const& directoryTemplate)
+    : ConfigActions(backend)
+    , mDirectoryTemplate(directoryTemplate)
 {
 }
 
@@ -109,6 +116,11 @@ bool DisplayModeActions::execute(IConfigEntry const&, QVariant& value)
     }
 }
 
+QStringList DisplayModeActions::registryKeyTemplates() const
+{
+    return keysIn(mDirectoryTemplate);
+}
+
 QString DisplayModeActions::directory()
 {
     return kConfiguration;
@@ -120,7 +132,7 @@ QString DisplayModeActions::directoryForSetting()
 }
 
 ProfileModeActions::ProfileModeActions(Vantora& backend)
-    : DisplayModeActions(backend)
+    : DisplayModeActions(backend, profilePathTemplate())
 {
 }
 

@@ -17,6 +17,13 @@ public:
 
     bool execute(IConfigEntry const& entry, QVariant& value) override;
 
+    /// The registry keys behind the view key, with "{UUID}" in place of the profile in use.
+    QStringList registryKeyTemplates() const;
+
+protected:
+    /// @param directoryTemplate  where the keys lie, for those who ask.
+    DisplayModeActions(Vantora& backend, QString const& directoryTemplate);
+
 private:
     /// The directory to read and to commit; null when there is none.
     virtual QString directory();
@@ -32,6 +39,8 @@ private:
 
     /// Sets the keys to what the view's value stands for.
     virtual bool writeView(QStringList const& keys, QVariant& value) = 0;
+
+    QString mDirectoryTemplate;
 };
 
 /// The same for keys of the display profile in use, which is made when it is to be set.

@@ -3,8 +3,6 @@
 #include "common/Files.h"
 #include "common/Text.h"
 
-#include <QFile>
-
 namespace {
 
 int const kBufferSize = 1024;
@@ -13,23 +11,50 @@ int const kBufferSize = 1024;
 
 char const kRegSet[] = "REG_SET";
 
+EnvironmentFileReader::EnvironmentFileReader(QString const& fileName)
+    : mFile(fileName)
+    , mEquals(-1)
+{
+    // One that cannot be opened reads as one without lines.
+    static_cast<void>(openRegularFile(mFile, QIODevice::ReadOnly));
+}
+
+bool EnvironmentFileReader::next()
+{
+    if (!mFile.isOpen())
+        return false;
+    char buffer[kBufferSize];
+    qint64 const length = mFile.readLine(buffer, kBufferSize);
+    if (length <= 0)
+        return false;
+    mBytes = QByteArray(buffer, static_cast<int>(length));
+    mText = latin1UpToNul(mBytes).trimmed();
+    mEquals = mText.indexOf(QLatin1Char('='));
+    return true;
+}
+
+QByteArray EnvironmentFileReader::bytes() const
+{
+    return mBytes;
+}
+
+bool EnvironmentFileReader::isDeclaration() const
+{
+    return mEquals > 0;
+}
+
+EnvironmentDeclaration EnvironmentFileReader::declaration() const
+{
+    return {mText.left(mEquals), mText.mid(mEquals + 1)};
+}
+
 QList<EnvironmentDeclaration> readEnvironmentFile(QString const& fileName)
 {
     QList<EnvironmentDeclaration> declarations;
-    QFile file(fileName);
-    if (!openRegularFile(file, QIODevice::ReadOnly))
-        return declarations;
-
-    char buffer[kBufferSize];
-    for (;;) {
-        qint64 const length = file.readLine(buffer, kBufferSize);
-        if (length <= 0)
-            return declarations;
-        QString const line = latin1UpToNul(QByteArray(buffer, static_cast<int>(length))).trimmed();
-        int const equals = line.indexOf(QLatin1Char('='));
-        if (equals > 0) {
-            EnvironmentDeclaration const declaration = {line.left(equals), line.mid(equals + 1)};
-            declarations.append(declaration);
-        }
+    EnvironmentFileReader reader(fileName);
+    while (reader.next()) {
+        if (reader.isDeclaration())
+            declarations.append(reader.declaration());
     }
+    return declarations;
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QByteArray>
+#include <QFile>
 #include <QList>
 #include <QString>
 
@@ -13,8 +15,35 @@ struct EnvironmentDeclaration
 /// The name with which a line declares a target of setting instead of a variable.
 extern char const kRegSet[];
 
-/// The declarations of an environment file, in order; none when the file is missing or unreadable.
+/// Goes through the lines of an environment file.
 ///
-/// Lines are trimmed; those without a name before their first "=" are passed over. A line is read
-/// in pieces of at most 1023 bytes, each of which counts as a line, and up to its first NUL.
+/// A line is read in pieces of at most 1023 bytes, each of which counts as a line, and up to its
+/// first NUL. It is trimmed, and declares something when it has a name before its first "=".
+class EnvironmentFileReader
+{
+public:
+    /// A file that is missing or unreadable has no lines.
+    explicit EnvironmentFileReader(QString const& fileName);
+
+    /// Goes to the next line, at first to the first one. False behind the last.
+    bool next();
+
+    /// The current line as it stands in the file, its end included.
+    QByteArray bytes() const;
+
+    bool isDeclaration() const;
+
+    /// Of a line that is one.
+    EnvironmentDeclaration declaration() const;
+
+private:
+    Q_DISABLE_COPY(EnvironmentFileReader)
+
+    QFile mFile;
+    QByteArray mBytes;
+    QString mText;
+    int mEquals;
+};
+
+/// The declarations of an environment file, in order.
 QList<EnvironmentDeclaration> readEnvironmentFile(QString const& fileName);

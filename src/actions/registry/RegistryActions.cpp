@@ -94,6 +94,11 @@ QStringList RegistryValueAction::processEnvironment(IConfigEntry const& entry)
     return environment;
 }
 
+QString RegistryValueAction::registryKey() const
+{
+    return mRegistryKey;
+}
+
 RegistrySetValueAction::RegistrySetValueAction(QString const& registryKey)
     : mRegistryKey(registryKey)
 {
@@ -149,6 +154,11 @@ bool RegistrySetValueAction::execute(IConfigEntry const& entry, QVariant& data, 
     return backend().set(resolved(entry, key), value, REG_PARAM_VALUE) == 0;
 }
 
+QString RegistrySetValueAction::registryKey() const
+{
+    return mRegistryKey;
+}
+
 RegistryCreateAction::RegistryCreateAction(QString const& registryKey)
     : mRegistryKey(registryKey)
 {
@@ -160,6 +170,11 @@ bool RegistryCreateAction::execute(IConfigEntry const& entry, QVariant& data)
         || backend().create(resolved(entry, mRegistryKey), REG_TYPE_STRING) == 0;
 }
 
+QString RegistryCreateAction::registryKey() const
+{
+    return mRegistryKey;
+}
+
 RegistryDelAction::RegistryDelAction(QString const& registryKey)
     : mRegistryKey(registryKey)
 {
@@ -169,6 +184,11 @@ bool RegistryDelAction::execute(IConfigEntry const& entry, QVariant& data)
 {
     return DefaultDelAction::execute(entry, data)
         || backend().del(resolved(entry, mRegistryKey)) == 0;
+}
+
+QString RegistryDelAction::registryKey() const
+{
+    return mRegistryKey;
 }
 
 RegistryCommitAction::RegistryCommitAction(QString const& registryKey)
@@ -235,4 +255,9 @@ bool RegistryApplyAction::execute(IConfigEntry const& entry, QVariant& data)
         return true;
     return !mRegistryKey.isNull()
         && backend().apply(resolved(entry, mRegistryKey), emptyText()) == 0;
+}
+
+QString RegistryApplyAction::registryKey() const
+{
+    return mRegistryKey;
 }

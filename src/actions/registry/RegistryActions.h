@@ -10,7 +10,8 @@
 // do the work and turns to the registry when there is none or it fails.
 //
 // A registry key may hold "{UUID}", which is replaced by the UUID of the entry's path. A null one
-// means that the view key stands for no registry key: there is then nothing behind the script.
+// means that the view key stands for no registry key: there is then nothing behind the script. Each
+// tells its registry key as it was given.
 
 /// Reads the registry key; a boolean reads as "true" or "false". "/get.env" gives the script
 /// further registry values.
@@ -24,6 +25,8 @@ public:
     /// The plugin's own environment and the variables of "/get.env" whose registry keys can be
     /// read.
     QStringList processEnvironment(IConfigEntry const& entry) override;
+
+    QString registryKey() const;
 
 private:
     QString mRegistryKey;
@@ -53,6 +56,8 @@ public:
     /// @param force  write what a succeeding script printed; otherwise the script has done it all.
     bool execute(IConfigEntry const& entry, QVariant& data, QString const& key, bool force);
 
+    QString registryKey() const;
+
 private:
     QSet<QString> mTargetKeys;
     QString mCurrentKey;
@@ -67,6 +72,8 @@ public:
 
     bool execute(IConfigEntry const& entry, QVariant& data) override;
 
+    QString registryKey() const;
+
 private:
     QString mRegistryKey;
 };
@@ -78,6 +85,8 @@ public:
     explicit RegistryDelAction(QString const& registryKey);
 
     bool execute(IConfigEntry const& entry, QVariant& data) override;
+
+    QString registryKey() const;
 
 private:
     QString mRegistryKey;
@@ -119,6 +128,8 @@ public:
     explicit RegistryApplyAction(QString const& registryKey);
 
     bool execute(IConfigEntry const& entry, QVariant& data) override;
+
+    QString registryKey() const;
 
 private:
     QString mRegistryKey;
