@@ -1,0 +1,24 @@
+#pragma once
+
+#include "actions/registry/EnvironmentFile.h"
+#include "doctor/ScriptFile.h"
+
+/// A declaration and where it stands.
+struct DeclarationLine
+{
+    int line;
+    EnvironmentDeclaration declaration;
+
+    bool isTarget() const;
+};
+
+/// An environment file as the plugin reads it.
+struct EnvironmentLines
+{
+    QList<DeclarationLine> declarations;
+
+    /// What the plugin reads otherwise than whoever wrote it will have meant.
+    QList<Problem> problems;
+};
+
+EnvironmentLines readEnvironmentLines(QString const& fileName);

@@ -1,0 +1,92 @@
+#pragma once
+
+#include "actions/ActionKit.h"
+#include "doctor/ActionFacts.h"
+#include "doctor/EnvironmentLines.h"
+#include "doctor/Finding.h"
+#include "doctor/Operations.h"
+
+#include <vantora/types.h>
+
+#include <QList>
+#include <QString>
+#include <QStringList>
+
+class ExaminedEntry;
+class ExaminedView;
+
+/// A file where the plugin looks for it.
+struct ExpectedFile
+{
+    QString path;
+    bool exists;
+};
+
+/// Who serves one operation on a key.
+struct OperationExplanation
+{
+    Operation const* operation;
+
+    /// Without it nothing else is told: the operation runs no action of such a key.
+    bool isForKey;
+
+    ServingAction::Reason reason;
+    ActionFacts facts;
+
+    /// Those of the facts, for this very key.
+    QStringList registryKeys;
+
+    ExpectedFile script;
+
+    /// Of an operation that has one.
+    ExpectedFile environmentFile;
+    QList<DeclarationLine> declarations;
+
+    /// The registry keys that "REG_SET" lines put in the place of the key's own.
+    QStringList targets;
+};
+
+/// What a script or an action answered when it was asked.
+struct Answer
+{
+    QString viewKey;
+    bool isAnswered;
+    QString text;
+    int milliseconds;
+};
+
+/// Where the value of a key comes from.
+struct Explanation
+{
+    QString key;
+    QString viewKey;
+    EntryKind kind;
+    _RegEntryType type;
+    QString defaultValue;
+    QString folder;
+
+    QList<OperationExplanation> operations;
+
+    /// The scripts that can hide the key, from the top.
+    QList<ExpectedFile> visibility;
+
+    QList<Finding> findings;
+};
+
+Explanation explain(ExaminedView& view, ExaminedEntry const& entry);
+
+/// What the scripts and back ends that only read answer now.
+struct LiveAnswers
+{
+    /// Of each level from the top whether it is shown.
+    QList<Answer> visibility;
+
+    /// Of a value key: what its "get.sh" prints, if there is one, and its value.
+    bool hasScript;
+    Answer script;
+    bool hasValue;
+    Answer value;
+};
+
+/// Runs them.
+LiveAnswers askLive(ExaminedEntry const& entry);

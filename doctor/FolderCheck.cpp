@@ -1,0 +1,241 @@
+#include "doctor/FolderCheck.h"
+
+#include "actions/default/Wrapper.h"
+#include "common/RegistryVocabulary.h"
+#include "common/UuidComponents.h"
+#include "doctor/EnvironmentLines.h"
+#include "doctor/ExaminedView.h"
+#include "doctor/Names.h"
+#include "doctor/RegistryKeys.h"
+#include "doctor/ScriptFile.h"
+
+#include <QDir>
+#include <QFile>
+
+using RegistryVocabulary::registryPlaceholder;
+using RegistryVocabulary::viewPlaceholder;
+
+namespace {
+
+/// The name of a wrapper file without the "/" before it.
+QString fileName(char const* file)
+{
+    return QLatin1String(file + 1);
+}
+
+QStringList scriptNames()
+{
+    QStringList names;
+    for (Operation const& operation : operations())
+        names.append(fileName(operation.script));
+    return names;
+}
+
+QStringList environmentFileNames()
+{
+    QStringList names;
+    for (Operation const& operation : operations()) {
+        if (operation.environmentFile)
+            names.append(fileName(operation.environmentFile));
+    }
+    return names;
+}
+
+bool hasComponent(QString const& key, QString const& component)
+{
+    return key.split(QLatin1Char('/')).contains(component);
+}
+
+/// One look at one folder.
+class FolderCheck
+{
+public:
+    FolderCheck(ExaminedView& view, ExaminedEntry const& entry)
+        : mView(view)
+        , mEntry(entry)
+        , mViewKey(entry.viewKey())
+    {
+    }
+
+    QList<Finding> run()
+    {
+        for (Operation const& operation : operations()) {
+            checkScript(operation);
+            if (operation.environmentFile)
+                checkEnvironmentFile(operation);
+        }
+        checkOtherFiles();
+        return mFindings;
+    }
+
+private:
+    QString path(char const* file) const { return Wrapper::path(mViewKey, file); }
+
+    bool hasScript(Operation const& operation) const
+    {
+        return QFile::exists(path(operation.script));
+    }
+
+    void report(QString const& file, int line, QString const& message)
+    {
+        Finding const finding = {file, line, mViewKey, message};
+        mFindings.append(finding);
+    }
+
+    void report(QString const& file, QList<Problem> const& problems)
+    {
+        for (Problem const& problem : problems)
+            report(file, problem.line, problem.message);
+    }
+
+    void checkScript(Operation const& operation)
+    {
+        QString const script = path(operation.script);
+        report(script, problemsOfScript(script));
+        if (!hasScript(operation))
+            return;
+        if (!operation.isFor(mEntry.kind()))
+            report(script, 0, QLatin1String("never runs: ") + QLatin1String(operation.reach()));
+        if (!operation.takesValue && isSplitByCommandLine(mViewKey))
+            report(
+                script, 0,
+                QLatin1String("is not found: it is started by a command line, which the blank in "
+                              "the key splits; this counts as success"));
+    }
+
+    void checkEnvironmentFile(Operation const& operation)
+    {
+        QString const file = path(operation.environmentFile);
+        if (!QFile::exists(file))
+            return;
+        EnvironmentLines const lines = readEnvironmentLines(file);
+        report(file, lines.problems);
+
+        QString const unread = whyVariablesAreNotRead(operation);
+        for (DeclarationLine const& line : lines.declarations) {
+            if (!line.isTarget())
+                checkVariable(file, line, unread);
+            else if (operation.action == ISettingClass::ACTION_SET_VALUE)
+                checkTarget(file, line);
+            else
+                report(
+                    file, line.line,
+                    QLatin1String("REG_SET names a target in set.env alone; here it is a variable "
+                                  "like any other"));
+        }
+    }
+
+    /// @param unread  why no script gets it; null when one does.
+    void checkVariable(QString const& file, DeclarationLine const& line, QString const& unread)
+    {
+        if (unread.isNull())
+            checkRegistryKey(file, line, false);
+        else
+            report(file, line.line,
+                   QString::fromLatin1("%1 is not read: ").arg(line.declaration.name) + unread);
+    }
+
+    void checkTarget(QString const& file, DeclarationLine const& line)
+    {
+        checkRegistryKey(file, line, true);
+        // Setting and committing have to agree on the keys.
+        checkTargetIsUsed(file, line.line, operation(ISettingClass::ACTION_SET_VALUE), "set");
+        checkTargetIsUsed(file, line.line, operation(ISettingClass::ACTION_COMMIT), "committed");
+    }
+
+    void checkTargetIsUsed(QString const& file, int line, Operation const& operation,
+                           char const* done)
+    {
+        if (!operation.isFor(mEntry.kind()) || mEntry.facts(operation).readsTargets)
+            return;
+        report(
+            file, line,
+            QString::fromLatin1("what REG_SET names is not %1: without a %2 the key is served by "
+                                "%3, which does not look here")
+                .arg(QLatin1String(done), fileName(operation.script),
+                     mEntry.facts(operation).name));
+    }
+
+    /// Null when they are.
+    QString whyVariablesAreNotRead(Operation const& operation) const
+    {
+        if (!operation.isFor(mEntry.kind()))
+            return QLatin1String(operation.reach());
+        if (!hasScript(operation))
+            return QString::fromLatin1("there is no %1 beside it").arg(fileName(operation.script));
+        ActionFacts const facts = mEntry.facts(operation);
+        if (!facts.readsEnvironmentFile)
+            return facts.name + QLatin1String(", which serves the key, gives its script others");
+        return QString();
+    }
+
+    void checkRegistryKey(QString const& file, DeclarationLine const& line, bool isTarget)
+    {
+        QString const key = line.declaration.registryKey;
+        QString const problem = problemOfRegistryKey(key, isTarget);
+        if (!problem.isNull())
+            report(file, line.line, QString::fromLatin1("%1: %2").arg(key, problem));
+    }
+
+    /// Null when there is none.
+    QString problemOfRegistryKey(QString const& key, bool isTarget) const
+    {
+        if (hasComponent(key, viewPlaceholder()))
+            return QLatin1String("\"{uuid}\" is not replaced here; the word is \"{UUID}\"");
+        if (hasComponent(key, registryPlaceholder()) && !hasComponent(mViewKey, viewPlaceholder()))
+            return QLatin1String("\"{UUID}\" is replaced for the keys of a session only");
+        if (isTarget && isKeyItself(key))
+            return QLatin1String("is the key itself, which would lead the request into itself");
+        switch (knowledgeOf(mView, key)) {
+        case UnknownKey: {
+            QString const likely = likelyKey(mView, key);
+            return QLatin1String("the default settings know no such key")
+                + (likely.isNull() ? QString() : QLatin1String("; perhaps ") + likely);
+        }
+        case DirectoryKey:
+            // The commit of a directory may name directories.
+            return isTarget && mEntry.kind() != ValueKey
+                ? QString()
+                : QLatin1String("is a directory, which has no value");
+        default:
+            return QString();
+        }
+    }
+
+    bool isKeyItself(QString const& key) const
+    {
+        QString const inView = replaceUuidComponents(key, viewPlaceholder())
+                                   .replace(registryPlaceholder(), viewPlaceholder());
+        return inView == generalisedPath(mEntry.key());
+    }
+
+    void checkOtherFiles()
+    {
+        QStringList const known = scriptNames() + environmentFileNames();
+        QDir const folder(path(""));
+        QStringList const files = folder.entryList(QDir::Files | QDir::System, QDir::Name);
+        for (QString const& file : files) {
+            QString const likely = likelyMeant(file, known);
+            if (!likely.isNull())
+                report(folder.filePath(file), 0,
+                       QString::fromLatin1("is not looked for; perhaps it is to be \"%1\"")
+                           .arg(likely));
+            else if (!known.contains(file) && file.endsWith(QLatin1String(".env")))
+                report(folder.filePath(file), 0,
+                       QString::fromLatin1("is not looked for: the environment files are %1")
+                           .arg(environmentFileNames().join(QLatin1String(", "))));
+        }
+    }
+
+    ExaminedView& mView;
+    ExaminedEntry const& mEntry;
+    QString const mViewKey;
+    QList<Finding> mFindings;
+};
+
+} // namespace
+
+QList<Finding> checkFolder(ExaminedView& view, ExaminedEntry const& entry)
+{
+    return FolderCheck(view, entry).run();
+}

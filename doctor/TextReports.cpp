@@ -1,0 +1,196 @@
+#include "common/RegistryVocabulary.h"
+#include "doctor/Reports.h"
+
+#include <QFileInfo>
+
+namespace {
+
+int const kNameWidth = 11;
+
+QString fileName(QString const& path)
+{
+    return QFileInfo(path).fileName();
+}
+
+char const* reasonWords(ServingAction::Reason reason)
+{
+    switch (reason) {
+    case ServingAction::RegisteredForKey:
+        return "registered for the key";
+    case ServingAction::OfferedBySettingClass:
+        return "offered by a setting class";
+    case ServingAction::DefaultOfOperation:
+        break;
+    }
+    return "default of the operation";
+}
+
+QString presence(bool isThere, Style const& style)
+{
+    return isThere ? QLatin1String("there") : style.aside(QLatin1String("not there"));
+}
+
+QString kindWords(Explanation const& explanation)
+{
+    switch (explanation.kind) {
+    case SessionDirectory:
+        return QLatin1String("a session, which is a directory");
+    case PlainDirectory:
+        return QLatin1String("a directory");
+    case ValueKey:
+        break;
+    }
+    return QString::fromLatin1("a %1, %2 by default")
+        .arg(RegistryVocabulary::entryTypes().at(explanation.type),
+             quoted(explanation.defaultValue));
+}
+
+QString backEndWords(ActionFacts::BackEnd backEnd, QStringList const& registryKeys)
+{
+    QString const keys = registryKeys.join(QLatin1String(", "));
+    switch (backEnd) {
+    case ActionFacts::RegistryBackEnd:
+        return keys;
+    case ActionFacts::DisplayBackEnd:
+        return QLatin1String("display settings: ") + keys;
+    case ActionFacts::WirelessBackEnd:
+        return QLatin1String("NetworkManager: its devices, and a connection file");
+    case ActionFacts::NoBackEnd:
+        break;
+    }
+    return QLatin1String("scripts");
+}
+
+/// What serves an operation, one step a line: who comes first, and who where that one does not.
+class Steps
+{
+public:
+    Steps(OperationExplanation const& operation, Style const& style)
+        : mOperation(operation)
+        , mStyle(style)
+    {
+        if (operation.facts.runsScript)
+            addScript();
+        if (!operation.targets.isEmpty())
+            mLines.append(QLatin1String("registry, by REG_SET: ")
+                          + operation.targets.join(QLatin1String(", ")));
+        // Targets take the place of the registry key, and of nothing else.
+        if (operation.facts.backEnd == ActionFacts::RegistryBackEnd) {
+            if (operation.targets.isEmpty())
+                mLines.append(QLatin1String("registry: ")
+                              + operation.registryKeys.join(QLatin1String(", ")));
+        } else if (operation.facts.backEnd != ActionFacts::NoBackEnd) {
+            mLines.append(backEndWords(operation.facts.backEnd, operation.registryKeys));
+        }
+        mLines.append(QLatin1String(operation.operation->otherwise));
+    }
+
+    QStringList lines() const { return mLines; }
+
+private:
+    void addScript()
+    {
+        QString line = fileName(mOperation.script.path) + QLatin1String(" (")
+            + presence(mOperation.script.exists, mStyle) + QLatin1Char(')');
+        if (mOperation.facts.readsEnvironmentFile)
+            line += QLatin1String(", ") + fileName(mOperation.environmentFile.path)
+                + QLatin1String(" (") + presence(mOperation.environmentFile.exists, mStyle)
+                + QLatin1Char(')');
+        mLines.append(line);
+    }
+
+    OperationExplanation const& mOperation;
+    Style const& mStyle;
+    QStringList mLines;
+};
+
+QString textOfOperation(OperationExplanation const& operation, Style const& style)
+{
+    QString const name = QString::fromLatin1(operation.operation->name);
+    QString text = style.title(name) + QString(kNameWidth - name.size(), QLatin1Char(' '));
+    if (!operation.isForKey)
+        return text
+            + style.aside(QLatin1String("none: ") + QLatin1String(operation.operation->reach()))
+            + QLatin1Char('\n');
+    text += QLatin1String(reasonWords(operation.reason)) + QLatin1String(": ")
+        + operation.facts.name + QLatin1Char('\n');
+    int number = 0;
+    QStringList const lines = Steps(operation, style).lines();
+    for (QString const& line : lines)
+        text += QString(kNameWidth, QLatin1Char(' '))
+            + QString::fromLatin1("%1. %2\n").arg(++number).arg(line);
+    return text;
+}
+
+QString row(char const* name, QString const& text)
+{
+    return QString::fromLatin1(name).leftJustified(kNameWidth) + text + QLatin1Char('\n');
+}
+
+QString answerText(Answer const& answer)
+{
+    return QString::fromLatin1("%1 in %2 ms")
+        .arg(answer.isAnswered ? quoted(answer.text) : QString::fromLatin1("no answer"))
+        .arg(answer.milliseconds);
+}
+
+} // namespace
+
+QString textOf(Finding const& finding, Style const& style)
+{
+    QString text = finding.file;
+    if (finding.line > 0)
+        text += QString::fromLatin1(":%1").arg(finding.line);
+    text = style.alarm(text) + QLatin1String(": ") + finding.message;
+    if (!finding.key.isEmpty())
+        text += QLatin1String(" (") + finding.key + QLatin1Char(')');
+    return text + QLatin1Char('\n');
+}
+
+QString textOf(Explanation const& explanation, Style const& style)
+{
+    QString text = style.title(explanation.key) + QLatin1String(": ") + kindWords(explanation)
+        + QLatin1Char('\n');
+    text += row("registered", explanation.viewKey);
+    text += row("wrappers",
+                explanation.folder + QLatin1String(" (")
+                    + presence(QFileInfo(explanation.folder).isDir(), style) + QLatin1Char(')'));
+    text += QLatin1Char('\n');
+    for (OperationExplanation const& operation : explanation.operations)
+        text += textOfOperation(operation, style);
+    text += style.title(QLatin1String("contains"))
+        + QLatin1String("   no action: a key that get answers is there\n");
+
+    text += QLatin1String("\nCan be hidden by\n");
+    for (ExpectedFile const& file : explanation.visibility)
+        text += QLatin1String("  ") + file.path + QLatin1String(" (") + presence(file.exists, style)
+            + QLatin1String(")\n");
+
+    for (Finding const& finding : explanation.findings)
+        text += QLatin1Char('\n') + textOf(finding, style);
+    return text;
+}
+
+QString textOf(LiveAnswers const& answers, Style const&)
+{
+    QString text = QLatin1String("\nAnswers\n");
+    for (Answer const& answer : answers.visibility)
+        text += QLatin1String("  ") + answer.viewKey + QLatin1String(" isVisible: ")
+            + answerText(answer) + QLatin1Char('\n');
+    if (answers.hasValue)
+        text += QLatin1String("  ") + answers.value.viewKey + QLatin1String(" get: ")
+            + answerText(answers.value) + QLatin1Char('\n');
+    return text;
+}
+
+QString textOf(QList<MapRow> const& rows, Style const& style)
+{
+    int width = 0;
+    for (MapRow const& row : rows)
+        width = qMax(width, row.viewKey.size());
+    QString text;
+    for (MapRow const& row : rows)
+        text += style.title(row.viewKey.leftJustified(width)) + QLatin1String("  ")
+            + backEndWords(row.backEnd, row.registryKeys) + QLatin1Char('\n');
+    return text;
+}
