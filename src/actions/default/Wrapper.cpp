@@ -21,6 +21,24 @@ bool writeValue(QTemporaryFile& file, QString const& value)
 
 } // namespace
 
+WrapperObserver::~WrapperObserver()
+{
+}
+
+bool WrapperRun::isSuccess() const
+{
+    switch (ending) {
+    case Exited:
+        return exitCode == 0;
+    case EndedBySignal:
+        return false;
+    case NotStarted:
+    case TimedOut:
+        break;
+    }
+    return true;
+}
+
 char const Wrapper::kIsVisible[] = "/isVisible.sh";
 char const Wrapper::kGet[] = "/get.sh";
 char const Wrapper::kSet[] = "/set.sh";
@@ -44,6 +62,13 @@ QString Wrapper::path(QString const& viewKey, char const* fileName)
         + QLatin1String(fileName);
 }
 
+WrapperObserver* Wrapper::smObserver = nullptr;
+
+void Wrapper::sSetObserver(WrapperObserver* observer)
+{
+    smObserver = observer;
+}
+
 Wrapper::Wrapper(QString const& script, Output output)
     : mScript(script)
     , mOutput(output)
@@ -58,6 +83,7 @@ void Wrapper::setEnvironment(QStringList const& lines)
 
 bool Wrapper::run()
 {
+    startClock();
     QtCompat::startCommandLine(mProcess, mScript);
     return waitForSuccess();
 }
@@ -67,8 +93,15 @@ bool Wrapper::runWithValue(QString const& value)
     QTemporaryFile file;
     if (!writeValue(file, value))
         return false;
+    startClock();
     mProcess.start(mScript, QStringList() << file.fileName());
     return waitForSuccess();
+}
+
+void Wrapper::startClock()
+{
+    if (smObserver)
+        mStart = Clock::now();
 }
 
 QString Wrapper::output()
@@ -79,20 +112,45 @@ QString Wrapper::output()
 
 bool Wrapper::waitForSuccess()
 {
-    // What nobody reads is not kept either. The script can write it all the same.
-    mProcess.closeReadChannel(QProcess::StandardError);
+    dropUnreadChannels();
+    WrapperRun::Ending const ending = waitForEnd();
+    WrapperRun run = {mScript, ending, mProcess.exitCode(), 0, 0, QByteArray()};
+    if (smObserver)
+        tellObserver(run);
+    return run.isSuccess();
+}
+
+// What nobody reads is not kept either. The script can write it all the same.
+void Wrapper::dropUnreadChannels()
+{
+    if (!smObserver)
+        mProcess.closeReadChannel(QProcess::StandardError);
     if (mOutput == DropOutput)
         mProcess.closeReadChannel(QProcess::StandardOutput);
+}
 
+WrapperRun::Ending Wrapper::waitForEnd()
+{
     // How it ended is asked below.
     static_cast<void>(mProcess.waitForFinished(kTimeLimitMs));
     if (mProcess.state() != QProcess::NotRunning) {
         mProcess.killGroup();
         static_cast<void>(mProcess.waitForFinished());
-        return true;
+        return WrapperRun::TimedOut;
     }
     // The exit code of a program that never started differs between versions of Qt.
     if (mProcess.error() == QProcess::FailedToStart)
-        return true;
-    return mProcess.exitStatus() == QProcess::NormalExit && mProcess.exitCode() == 0;
+        return WrapperRun::NotStarted;
+    return mProcess.exitStatus() == QProcess::NormalExit ? WrapperRun::Exited
+                                                         : WrapperRun::EndedBySignal;
+}
+
+void Wrapper::tellObserver(WrapperRun& run)
+{
+    std::chrono::milliseconds const duration
+        = std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - mStart);
+    run.milliseconds = static_cast<int>(duration.count());
+    run.outputBytes = mProcess.bytesAvailable();
+    run.errorOutput = mProcess.readAllStandardError();
+    smObserver->scriptHasRun(run);
 }

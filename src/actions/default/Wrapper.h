@@ -2,10 +2,47 @@
 
 #include "actions/default/ScriptProcess.h"
 
+#include <QByteArray>
 #include <QString>
 #include <QStringList>
 
+#include <chrono>
+
 class IConfigEntry;
+
+/// What came of one run of a script.
+struct WrapperRun
+{
+    enum Ending { Exited, EndedBySignal, NotStarted, TimedOut };
+
+    /// The rule of all scripts: it counts as one that succeeded unless it ended by itself with
+    /// another exit code than 0, or by a signal.
+    bool isSuccess() const;
+
+    QString script;
+    Ending ending;
+
+    /// Of a script that exited.
+    int exitCode;
+
+    int milliseconds;
+
+    /// What it wrote to its standard output, where that is kept.
+    qint64 outputBytes;
+
+    /// What it wrote to its standard error, which nobody else reads.
+    QByteArray errorOutput;
+};
+
+/// Is told of the runs of scripts.
+class WrapperObserver
+{
+public:
+    virtual ~WrapperObserver();
+
+    /// Called when a script has ended, on the thread that has waited for it.
+    virtual void scriptHasRun(WrapperRun const& run) = 0;
+};
 
 /// One run of a wrapper script.
 ///
@@ -39,6 +76,12 @@ public:
     /// The same for a key that has "{uuid}" in place of UUIDs already.
     static QString path(QString const& viewKey, char const* fileName);
 
+    /// From now on `observer` is told of all runs. Without one, which is how it starts, a run costs
+    /// nothing more. To be called while no script runs.
+    ///
+    /// @param observer  stays the caller's; null: nobody is told.
+    static void sSetObserver(WrapperObserver* observer);
+
     /// @param script  the full path.
     explicit Wrapper(QString const& script, Output output = DropOutput);
 
@@ -63,9 +106,20 @@ public:
 private:
     Q_DISABLE_COPY(Wrapper)
 
+    typedef std::chrono::steady_clock Clock;
+
+    void startClock();
     bool waitForSuccess();
+    void dropUnreadChannels();
+    WrapperRun::Ending waitForEnd();
+
+    /// Completes `run` with what only an observer wants to know.
+    void tellObserver(WrapperRun& run);
+
+    static WrapperObserver* smObserver;
 
     QString mScript;
     Output mOutput;
     ScriptProcess mProcess;
+    Clock::time_point mStart;
 };

@@ -1,0 +1,115 @@
+#include "actions/default/Wrapper.h"
+#include "support/TestWrappers.h"
+
+#include <QtTest>
+
+namespace {
+
+class RunList : public WrapperObserver
+{
+public:
+    RunList() { Wrapper::sSetObserver(this); }
+    ~RunList() override { Wrapper::sSetObserver(nullptr); }
+
+    void scriptHasRun(WrapperRun const& run) override { runs.append(run); }
+
+    QList<WrapperRun> runs;
+
+private:
+    Q_DISABLE_COPY(RunList)
+};
+
+} // namespace
+
+class WrapperObserverTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void isToldOfTheEnd_data();
+    void isToldOfTheEnd();
+    void isToldOfAScriptThatDoesNotStart();
+    void isToldOfOutputWithoutTakingIt();
+    void isToldNothingOnceItIsTakenAway();
+};
+
+void WrapperObserverTest::isToldOfTheEnd_data()
+{
+    QTest::addColumn<QByteArray>("body");
+    QTest::addColumn<bool>("takesValue");
+    QTest::addColumn<int>("ending");
+    QTest::addColumn<int>("exitCode");
+    QTest::addColumn<bool>("isSuccess");
+
+    int const exited = WrapperRun::Exited;
+    QTest::newRow("exit code 0") << QByteArray("exit 0") << false << exited << 0 << true;
+    QTest::newRow("another exit code") << QByteArray("exit 3") << false << exited << 3 << false;
+    QTest::newRow("with a value: exit code 0")
+        << QByteArray("exit 0") << true << exited << 0 << true;
+    QTest::newRow("with a value: another exit code")
+        << QByteArray("exit 3") << true << exited << 3 << false;
+    QTest::newRow("signal") << QByteArray("kill -9 $$") << false << int(WrapperRun::EndedBySignal)
+                            << 0 << false;
+}
+
+void WrapperObserverTest::isToldOfTheEnd()
+{
+    QFETCH(QByteArray, body);
+    QFETCH(bool, takesValue);
+    QFETCH(int, ending);
+    QFETCH(int, exitCode);
+    QFETCH(bool, isSuccess);
+
+    TestWrappers const wrappers;
+    QString const script = wrappers.addScript("key", "get.sh", body);
+    RunList const list;
+    Wrapper wrapper(script);
+    QCOMPARE(takesValue ? wrapper.runWithValue("value") : wrapper.run(), isSuccess);
+
+    QCOMPARE(list.runs.size(), 1);
+    WrapperRun const run = list.runs.first();
+    QCOMPARE(run.script, script);
+    QCOMPARE(int(run.ending), ending);
+    if (ending == WrapperRun::Exited)
+        QCOMPARE(run.exitCode, exitCode);
+    QCOMPARE(run.isSuccess(), isSuccess);
+    QVERIFY(run.milliseconds >= 0);
+}
+
+void WrapperObserverTest::isToldOfAScriptThatDoesNotStart()
+{
+    TestWrappers const wrappers;
+    RunList const list;
+    QVERIFY(Wrapper(wrappers.addFile("key", "get.sh", "#!/bin/sh\nexit 1\n")).run());
+    QCOMPARE(list.runs.size(), 1);
+    QCOMPARE(int(list.runs.first().ending), int(WrapperRun::NotStarted));
+    QVERIFY(list.runs.first().isSuccess());
+}
+
+void WrapperObserverTest::isToldOfOutputWithoutTakingIt()
+{
+    TestWrappers const wrappers;
+    RunList const list;
+    Wrapper wrapper(wrappers.addScript("key", "get.sh", "printf four; printf oops >&2"),
+                    Wrapper::KeepOutput);
+    QVERIFY(wrapper.run());
+    QCOMPARE(list.runs.size(), 1);
+    QCOMPARE(list.runs.first().outputBytes, qint64(4));
+    QCOMPARE(list.runs.first().errorOutput, QByteArray("oops"));
+    QCOMPARE(wrapper.output(), QString("four"));
+}
+
+void WrapperObserverTest::isToldNothingOnceItIsTakenAway()
+{
+    TestWrappers const wrappers;
+    QString const script = wrappers.addScript("key", "get.sh", "exit 0");
+    RunList list;
+    QVERIFY(Wrapper(script).run());
+    QCOMPARE(list.runs.size(), 1);
+    Wrapper::sSetObserver(nullptr);
+    QVERIFY(Wrapper(script).run());
+    QCOMPARE(list.runs.size(), 1);
+}
+
+QTEST_MAIN(WrapperObserverTest)
+#include "WrapperObserverTest.moc"
