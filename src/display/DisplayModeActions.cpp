@@ -169,7 +169,7 @@ bool ColorDepthActions::readView(QStringList const& keys, QVariant& value)
     QString depth;
     if (!read(keys.first(), depth))
         return false;
-    value = depth + kDepthUnit;
+    value = QString(depth + kDepthUnit);
     return true;
 }
 
@@ -277,7 +277,7 @@ bool ResolutionActions::readView(QStringList const& keys, QVariant& value)
     if (width == kAutomatic && height == kAutomatic)
         value = QString(kAuto);
     else
-        value = width + QLatin1Char('x') + height;
+        value = QString(width + QLatin1Char('x') + height);
     return true;
 }
 
