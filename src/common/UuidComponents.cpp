@@ -24,7 +24,7 @@ struct Span
 /// span at the end of `path` when there is none.
 Span findUuid(QString const& path, int begin)
 {
-    while (begin <= path.size()) {
+    while (begin + kShortestUuid <= path.size()) {
         int const separator = path.indexOf(kSeparator, begin);
         Span const component = {begin, separator < 0 ? path.size() : separator};
         if (component.size() >= kShortestUuid
@@ -59,13 +59,14 @@ QString replaceUuidComponents(QString const& path, QString const& replacement)
     if (uuid.isEmpty())
         return path;
     QString result;
+    result.reserve(path.size());
     int copied = 0;
     for (; !uuid.isEmpty(); uuid = findUuid(path, uuid.end + 1)) {
-        result += path.mid(copied, uuid.begin - copied);
-        result += replacement;
+        result.append(path.midRef(copied, uuid.begin - copied));
+        result.append(replacement);
         copied = uuid.end;
     }
-    return result += path.mid(copied);
+    return result.append(path.midRef(copied));
 }
 
 QString generalisedPath(QString const& path)

@@ -5,6 +5,13 @@
 
 #include <QVariant>
 
+namespace {
+
+// Of the path of a session's key: a path up to this length is made in one piece.
+int const kUsualLength = 96;
+
+} // namespace
+
 AbstractConfigEntry::AbstractConfigEntry(QString const& name, IConfigEntry* parent)
     : mParent(parent)
     , mName(name)
@@ -28,10 +35,13 @@ void AbstractConfigEntry::setParent(IConfigEntry* parent)
 
 QString AbstractConfigEntry::path() const
 {
-    if (!mParent)
-        return mName;
-    QString path = mParent->path();
-    path += QLatin1Char('/');
+    QString path;
+    if (mParent) {
+        path = mParent->path();
+        path += QLatin1Char('/');
+    } else {
+        path.reserve(kUsualLength);
+    }
     path += mName;
     return path;
 }

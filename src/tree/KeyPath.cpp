@@ -47,8 +47,15 @@ KeyPath KeyPath::dirname() const
 
 QStringList KeyPath::splitEntryNames() const
 {
-    QStringList names = mPath.split(kSeparator);
-    names.removeAll(QString());
+    QStringList names;
+    int begin = 0;
+    while (begin < mPath.size()) {
+        int const separator = mPath.indexOf(kSeparator, begin);
+        int const end = separator < 0 ? mPath.size() : separator;
+        if (end > begin)
+            names.append(mPath.mid(begin, end - begin));
+        begin = end + 1;
+    }
     return names;
 }
 
