@@ -12,6 +12,8 @@
 
 namespace {
 
+QChar const kEquals = QLatin1Char('=');
+
 QLatin1String const kAutoconnect("autoconnect");
 QLatin1String const kType("type");
 QLatin1String const kWirelessType("802-11-wireless");
@@ -218,8 +220,8 @@ void NMConfFile::loadConfig()
         return;
 
     Group current = NoGroup;
-    // The end of the file, and a failure to read on, both give an empty line.
-    for (QByteArray line = mFile->readLine(); !line.isEmpty(); line = mFile->readLine())
+    QList<QByteArray> const lines = mFile->readAll().split('\n');
+    for (QByteArray const& line : lines)
         parseLine(latin1UpToNul(line.trimmed()), current);
 }
 
@@ -253,11 +255,11 @@ void NMConfFile::parseLine(QString const& line, Group& current)
     } else if (current == NoGroup) {
         if (!line.isEmpty())
             qWarning("unparsed line \"%s\"", line.toUtf8().constData());
-    } else if (line.contains(QLatin1Char('='))) {
+    } else if (line.contains(kEquals)) {
         // The text behind the last "=" is the value, and blanks beside a "=" belong to what they
         // stand in: both are how these files have always been read here.
-        QStringList const pieces = line.split(QLatin1Char('='));
-        mGroups[current].insert(pieces.first(), pieces.last());
+        mGroups[current].insert(line.left(line.indexOf(kEquals)),
+                                line.mid(line.lastIndexOf(kEquals) + 1));
     }
 }
 
