@@ -3,6 +3,7 @@
 #include "actions/ActionKit.h"
 #include "actions/default/DefaultActions.h"
 #include "actions/default/DefaultApplyAction.h"
+#include "actions/default/WrapperFolders.h"
 #include "common/RegistryVocabulary.h"
 #include "common/Text.h"
 #include "common/UuidComponents.h"
@@ -120,6 +121,7 @@ private:
 
     ZelvoView& mView;
     bool mIsRepeated;
+    WrapperFolders mFolders;
 };
 
 ZelvoView::ZelvoView()
@@ -240,6 +242,7 @@ int ZelvoView::commit(QString const& key)
 
 int ZelvoView::apply(QString const& key, QString const& command)
 {
+    WrapperFolders const folders;
     ConfigTree tree(rootDir());
     IConfigEntry* const entry = handler(tree, key) ? tree.resolveUuids(key) : nullptr;
     if (!entry)
@@ -260,6 +263,7 @@ int ZelvoView::apply(QString const& key, QString const& command)
 
 int ZelvoView::create(QString const& key, _RegEntryType const&)
 {
+    WrapperFolders const folders;
     ConfigTree tree(rootDir());
     AbstractConfigEntry* const session = dynamic_cast<AbstractConfigEntry*>(handler(tree, key));
     QString const uuid = KeyPath(key).basename();
@@ -280,6 +284,7 @@ int ZelvoView::create(QString const& key, _RegEntryType const&)
 
 int ZelvoView::del(QString const& key)
 {
+    WrapperFolders const folders;
     ConfigTree tree(rootDir());
     IConfigEntry* const entry = handler(tree, key) ? tree.resolveUuids(key) : nullptr;
     if (!entry)

@@ -2,14 +2,13 @@
 
 #include "actions/default/Wrapper.h"
 
-#include <QFile>
 #include <QProcess>
 #include <QVariant>
 
 bool DefaultIsVisibleAction::execute(IConfigEntry const& entry, QVariant& data)
 {
-    QString const script = Wrapper::path(entry, Wrapper::kIsVisible);
-    if (!QFile::exists(script))
+    QString const script = Wrapper::find(entry, Wrapper::kIsVisible);
+    if (script.isNull())
         return false;
     data = Wrapper(script).run();
     return true;
@@ -17,8 +16,8 @@ bool DefaultIsVisibleAction::execute(IConfigEntry const& entry, QVariant& data)
 
 bool DefaultValueAction::execute(IConfigEntry const& entry, QVariant& data)
 {
-    QString const script = Wrapper::path(entry, Wrapper::kGet);
-    if (!QFile::exists(script))
+    QString const script = Wrapper::find(entry, Wrapper::kGet);
+    if (script.isNull())
         return false;
     Wrapper wrapper(script, Wrapper::KeepOutput);
     wrapper.setEnvironment(processEnvironment(entry));
@@ -35,8 +34,8 @@ QStringList DefaultValueAction::processEnvironment(IConfigEntry const&)
 
 bool DefaultSetValueAction::execute(IConfigEntry const& entry, QVariant& data)
 {
-    QString const script = Wrapper::path(entry, Wrapper::kSet);
-    if (!QFile::exists(script))
+    QString const script = Wrapper::find(entry, Wrapper::kSet);
+    if (script.isNull())
         return false;
     Wrapper wrapper(script, Wrapper::KeepOutput);
     wrapper.setEnvironment(processEnvironment(entry));
@@ -53,14 +52,14 @@ QStringList DefaultSetValueAction::processEnvironment(IConfigEntry const&)
 
 bool DefaultCreateAction::execute(IConfigEntry const& entry, QVariant&)
 {
-    QString const script = Wrapper::path(entry, Wrapper::kCreate);
-    return QFile::exists(script) && Wrapper(script).run();
+    QString const script = Wrapper::find(entry, Wrapper::kCreate);
+    return !script.isNull() && Wrapper(script).run();
 }
 
 bool DefaultDelAction::execute(IConfigEntry const& entry, QVariant&)
 {
-    QString const script = Wrapper::path(entry, Wrapper::kDel);
-    if (!QFile::exists(script))
+    QString const script = Wrapper::find(entry, Wrapper::kDel);
+    if (script.isNull())
         return false;
     // A script that cannot delete still counts as having answered.
     static_cast<void>(Wrapper(script).run());
@@ -69,8 +68,8 @@ bool DefaultDelAction::execute(IConfigEntry const& entry, QVariant&)
 
 bool DefaultCommitAction::execute(IConfigEntry const& entry, QVariant& data)
 {
-    QString const script = Wrapper::path(entry, Wrapper::kCommit);
-    if (!QFile::exists(script))
+    QString const script = Wrapper::find(entry, Wrapper::kCommit);
+    if (script.isNull())
         return false;
     Wrapper wrapper(script);
     wrapper.setEnvironment(processEnvironment(entry));

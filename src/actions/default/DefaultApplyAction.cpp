@@ -17,10 +17,10 @@ QMutex DefaultApplyAction::smLastApplyCommandMutex;
 
 bool DefaultApplyAction::execute(IConfigEntry const& entry, QVariant&)
 {
-    QFileInfo const script(Wrapper::path(entry, Wrapper::kApply));
-    if (!script.exists())
+    QString const script = Wrapper::find(entry, Wrapper::kApply);
+    if (script.isNull())
         return false;
-    ActionKit::instance()->topApplyTreadPool()->start(new ApplyTask(script));
+    ActionKit::instance()->topApplyTreadPool()->start(new ApplyTask(QFileInfo(script)));
     return true;
 }
 

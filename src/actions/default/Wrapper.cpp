@@ -1,10 +1,12 @@
 #include "actions/default/Wrapper.h"
 
 #include "actions/ActionKit.h"
+#include "actions/default/WrapperFolders.h"
 #include "common/QtCompat.h"
 #include "common/UuidComponents.h"
 #include "tree/IConfigEntry.h"
 
+#include <QFile>
 #include <QFileInfo>
 #include <QTemporaryFile>
 
@@ -67,6 +69,14 @@ WrapperObserver* Wrapper::smObserver = nullptr;
 void Wrapper::sSetObserver(WrapperObserver* observer)
 {
     smObserver = observer;
+}
+
+QString Wrapper::find(IConfigEntry const& entry, char const* fileName)
+{
+    if (WrapperFolders::sAreMissing(entry))
+        return QString();
+    QString const file = path(entry, fileName);
+    return QFile::exists(file) ? file : QString();
 }
 
 Wrapper::Wrapper(QString const& script, Output output)
@@ -133,6 +143,7 @@ WrapperRun::Ending Wrapper::waitForEnd()
 {
     // How it ended is asked below.
     static_cast<void>(mProcess.waitForFinished(kTimeLimitMs));
+    WrapperFolders::sForget();
     if (mProcess.state() != QProcess::NotRunning) {
         mProcess.killGroup();
         static_cast<void>(mProcess.waitForFinished());

@@ -2,6 +2,7 @@
 
 #include "actions/ActionKit.h"
 #include "actions/default/Wrapper.h"
+#include "actions/default/WrapperFolders.h"
 #include "actions/registry/EnvironmentFile.h"
 #include "actions/registry/RegistryAccess.h"
 #include "common/RegistryVocabulary.h"
@@ -34,6 +35,8 @@ bool isBool(QString const& registryKey)
 
 QList<EnvironmentDeclaration> declarations(IConfigEntry const& entry, char const* fileName)
 {
+    if (WrapperFolders::sAreMissing(entry))
+        return QList<EnvironmentDeclaration>();
     return readEnvironmentFile(Wrapper::path(entry, fileName));
 }
 
