@@ -109,8 +109,10 @@ RegistrySetValueAction::RegistrySetValueAction(QString const& registryKey)
 
 bool RegistrySetValueAction::execute(IConfigEntry const& entry, QVariant& data)
 {
+    mTargetKeys.clear();
     // Only to collect the targets.
-    static_cast<void>(processEnvironment(entry));
+    if (!Wrapper::find(entry, Wrapper::kSetEnv).isNull())
+        static_cast<void>(processEnvironment(entry));
     if (mTargetKeys.isEmpty()) {
         mCurrentKey = mRegistryKey;
         return execute(entry, data, mRegistryKey, false);
