@@ -33,7 +33,9 @@ QList<IConfigEntry*> const& ChildList::entries() const
 IConfigEntry* ChildList::find(QString const& name) const
 {
     if (!mIndex) {
-        for (IConfigEntry* const entry : mEntries) {
+        // A constant list: walking over the mutable one would copy it.
+        QList<IConfigEntry*> const& entries = mEntries;
+        for (IConfigEntry* const entry : entries) {
             if (entry->name() == name)
                 return entry;
         }
