@@ -1,9 +1,11 @@
 // Reading one key that is tied to the registry and has no script.
 //
 //   mapped_leaf    get of "usb/enable"
-//   floor          what its road cannot do without: whether there is a script, asked of the file
-//                  system as often as the road has places for one (three for being visible, one for
-//                  the value), and one look-up in the registry
+//   floor          what its road cannot do without: the two questions to the file system that it asks
+//                  (is there a folder for the area, and a script that hides the view), and one
+//                  look-up in the registry
+//   plain_floor    the same with a question for each place that may hold a script, as a road asks
+//                  that remembers nothing
 //   registry       that look-up alone
 //   session_leaf   get of one session's name, of N sessions
 
@@ -14,8 +16,10 @@
 
 namespace {
 
-char const* const kScripts[] = {"zelvo-view/usb/enable/isVisible.sh", "zelvo-view/usb/isVisible.sh",
-                                "zelvo-view/isVisible.sh", "zelvo-view/usb/enable/get.sh"};
+char const* const kQuestions[] = {"zelvo-view/usb", "zelvo-view/isVisible.sh", nullptr};
+char const* const kPlainQuestions[]
+    = {"zelvo-view/usb/enable/isVisible.sh", "zelvo-view/usb/isVisible.sh",
+       "zelvo-view/isVisible.sh", "zelvo-view/usb/enable/get.sh", nullptr};
 
 void readLoop(benchmark::State& state, Scene& scene, QString const& key)
 {
@@ -33,12 +37,14 @@ void registry(benchmark::State& state)
     readLoop(state, Scene::sWith(0), QLatin1String("root/USB/root/mass-storage/allowed"));
 }
 
-void floorOfLeaf(benchmark::State& state)
+/// @param questions  files and folders of the wrappers directory, a null behind the last.
+void askAndLookUp(benchmark::State& state, char const* const* questions)
 {
     Scene& scene = Scene::sWith(0);
     QList<QByteArray> paths;
-    for (char const* const script : kScripts)
-        paths.append((scene.wrappersDir() + QLatin1Char('/') + QLatin1String(script)).toLatin1());
+    for (; *questions; ++questions)
+        paths.append(
+            (scene.wrappersDir() + QLatin1Char('/') + QLatin1String(*questions)).toLatin1());
     QString const key = QLatin1String("root/USB/root/mass-storage/allowed");
     QList<QByteArray> const files = paths;
     for (auto _ : state) {
@@ -47,6 +53,16 @@ void floorOfLeaf(benchmark::State& state)
             benchmark::DoNotOptimize(::stat(file.constData(), &status));
         benchmark::DoNotOptimize(scene.get(key));
     }
+}
+
+void floorOfLeaf(benchmark::State& state)
+{
+    askAndLookUp(state, kQuestions);
+}
+
+void plain_floor(benchmark::State& state)
+{
+    askAndLookUp(state, kPlainQuestions);
 }
 
 void session_leaf(benchmark::State& state)
@@ -59,6 +75,7 @@ void session_leaf(benchmark::State& state)
 
 BENCHMARK(mapped_leaf);
 BENCHMARK(floorOfLeaf)->Name("floor");
+BENCHMARK(plain_floor);
 BENCHMARK(registry);
 BENCHMARK(session_leaf)->RangeMultiplier(10)->Range(10, 100000)->Complexity();
 
