@@ -1,5 +1,6 @@
 #include "wireless/WirelessSystem.h"
 
+#include "common/QtCompat.h"
 #include "wireless/NMConfFile.h"
 
 #include <QDBusConnection>
@@ -15,6 +16,7 @@
 #include <QMetaType>
 #include <QScopedPointer>
 #include <QStringList>
+#include <QThread>
 #include <QVariant>
 #include <QtDebug>
 
@@ -38,11 +40,35 @@ void registerTypes()
     qRegisterMetaType<QDBusVariant>("QDBusVariant");
 }
 
+class BusConnector : public QThread
+{
+protected:
+    void run() override { static_cast<void>(QDBusConnection::systemBus()); }
+};
+
+bool connectInAnotherThread()
+{
+    BusConnector connector;
+    connector.start();
+    return connector.wait();
+}
+
+/// Qt 5 holds back what arrives on a connection that was made in the main thread until that thread
+/// has run its event loop, and with it the news that the bus has died: a call that waits for its
+/// answer at that moment would wait for ever. The connection is made once, so another thread makes
+/// it.
+QDBusConnection systemBus()
+{
+    static bool const isMade = !QtCompat::kNewBusWaitsForEventLoop || connectInAnotherThread();
+    static_cast<void>(isMade);
+    return QDBusConnection::systemBus();
+}
+
 /// @return belongs to the caller; not valid when the bus or NetworkManager is not there.
 QDBusInterface* newProxy(QString const& path, QString const& interface)
 {
     registerTypes();
-    return new QDBusInterface(kService, path, interface, QDBusConnection::systemBus());
+    return new QDBusInterface(kService, path, interface, systemBus());
 }
 
 void warn(QString const& message)
@@ -53,7 +79,7 @@ void warn(QString const& message)
 bool isValidOrWarned(QDBusInterface const& proxy)
 {
     if (!proxy.isValid()) {
-        warn(QDBusConnection::systemBus().lastError().message());
+        warn(systemBus().lastError().message());
         return false;
     }
     return true;

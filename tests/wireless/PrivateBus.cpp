@@ -1,7 +1,11 @@
 #include "wireless/PrivateBus.h"
 
+#include "common/QtCompat.h"
+
 #include <QByteArray>
 #include <QFile>
+
+#include <signal.h>
 
 namespace {
 
@@ -55,6 +59,16 @@ bool PrivateBus::startNetworkManager(QString const& scene)
 void PrivateBus::stopNetworkManager()
 {
     kill(mNetworkManager);
+}
+
+void PrivateBus::suspendNetworkManager()
+{
+    ::kill(static_cast<pid_t>(QtCompat::processId(mNetworkManager)), SIGSTOP);
+}
+
+void PrivateBus::resumeNetworkManager()
+{
+    ::kill(static_cast<pid_t>(QtCompat::processId(mNetworkManager)), SIGCONT);
 }
 
 QStringList PrivateBus::calls(QString const& method) const

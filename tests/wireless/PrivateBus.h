@@ -27,6 +27,10 @@ public:
     /// Kills NetworkManager.
     void stopNetworkManager();
 
+    /// Stops NetworkManager where it stands, by a signal: it keeps its name on the bus.
+    void suspendNetworkManager();
+    void resumeNetworkManager();
+
     /// The arguments of the calls of `method` that NetworkManager received, in order.
     QStringList calls(QString const& method) const;
 

@@ -137,6 +137,7 @@ private slots:
     void noBusIsNoDeviceAtOnceWithOneWarning();
     void networkManagerThatComesLaterIsSeen();
     void networkManagerThatDiesDuringACallIsNoDevice();
+    void busThatDiesDuringACallIsNoDevice();
     void busThatGoesAwayEndsNoProcessAndStaysAway();
 
     void deactivation_data();
@@ -145,12 +146,15 @@ private slots:
     void deactivationWithoutABusDoesNothingAtOnce();
 
     void silentNetworkManagerIsGivenUpAfterTheBindingsTimeOut();
+    void suspendedNetworkManagerIsNoDeviceUntilItGoesOn();
 
 private:
-    // Of a NetworkManager that never answers: started first, and looked at when all else is done,
-    // because it takes its time.
+    // Of a NetworkManager that never answers, and of one that is suspended: started first, and looked
+    // at when all else is done, because they take their time.
     PrivateBus mSilentBus;
     QScopedPointer<Probe> mSilentProbe;
+    PrivateBus mSuspendedBus;
+    QScopedPointer<Probe> mSuspendedProbe;
 };
 
 void WirelessSystemTest::initTestCase()
@@ -158,6 +162,18 @@ void WirelessSystemTest::initTestCase()
     QVERIFY(mSilentBus.start());
     QVERIFY(mSilentBus.startNetworkManager("silent"));
     mSilentProbe.reset(new Probe(mSilentBus, QStringList("firstDevice")));
+
+    QVERIFY(mSuspendedBus.start());
+    QVERIFY(mSuspendedBus.startNetworkManager("one_wireless"));
+    mSuspendedProbe.reset(new Probe(mSuspendedBus,
+                                    QStringList() << "enabled"
+                                                  << "wait"
+                                                  << "enabled"
+                                                  << "wait"
+                                                  << "enabled"));
+    QVERIFY(mSuspendedProbe->reachesWait());
+    mSuspendedBus.suspendNetworkManager();
+    mSuspendedProbe->goOn();
 }
 
 void WirelessSystemTest::connectionFile_data()
@@ -421,6 +437,25 @@ void WirelessSystemTest::networkManagerThatDiesDuringACallIsNoDevice()
     QVERIFY(probe.elapsedMs() < kAtOnceMs);
 }
 
+void WirelessSystemTest::busThatDiesDuringACallIsNoDevice()
+{
+    PrivateBus bus;
+    QVERIFY(bus.start());
+    QVERIFY(bus.startNetworkManager("silent"));
+    Probe probe(bus, QStringList("firstDevice"));
+    for (int tries = 0; bus.calls("GetDevices").isEmpty() && tries < 100; ++tries)
+        QTest::qSleep(50);
+    QCOMPARE(bus.calls("GetDevices").size(), 1);
+
+    bus.stop();
+
+    QVERIFY(probe.finishes());
+    QCOMPARE(probe.results(), QStringList("firstDevice null"));
+    QCOMPARE(probe.warnings().size(), 1);
+    QVERIFY(isQuoted(probe.warnings().first()));
+    QVERIFY(probe.elapsedMs() < kAtOnceMs);
+}
+
 void WirelessSystemTest::busThatGoesAwayEndsNoProcessAndStaysAway()
 {
     PrivateBus bus;
@@ -453,6 +488,10 @@ void WirelessSystemTest::busThatGoesAwayEndsNoProcessAndStaysAway()
                            << "waiting"
                            << "enabled false");
     QCOMPARE(probe.warnings().size(), 3);
+
+    Probe next(bus, QStringList("enabled"));
+    QVERIFY(next.finishes());
+    QCOMPARE(next.results(), QStringList("enabled true"));
 }
 
 void WirelessSystemTest::deactivation_data()
@@ -528,6 +567,23 @@ void WirelessSystemTest::silentNetworkManagerIsGivenUpAfterTheBindingsTimeOut()
     QCOMPARE(mSilentProbe->results(), QStringList("firstDevice null"));
     QCOMPARE(mSilentProbe->warnings().size(), 1);
     QVERIFY(isQuoted(mSilentProbe->warnings().first()));
+}
+
+void WirelessSystemTest::suspendedNetworkManagerIsNoDeviceUntilItGoesOn()
+{
+    QVERIFY(mSuspendedProbe->reachesWait());
+    mSuspendedBus.resumeNetworkManager();
+    mSuspendedProbe->goOn();
+
+    QVERIFY(mSuspendedProbe->finishes());
+    QCOMPARE(mSuspendedProbe->results(),
+             QStringList() << "enabled true"
+                           << "waiting"
+                           << "enabled false"
+                           << "waiting"
+                           << "enabled true");
+    QCOMPARE(mSuspendedProbe->warnings().size(), 1);
+    QVERIFY(isQuoted(mSuspendedProbe->warnings().first()));
 }
 
 QTEST_MAIN(WirelessSystemTest)
