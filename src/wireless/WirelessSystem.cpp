@@ -82,6 +82,12 @@ bool isValidOrWarned(QDBusInterface const& proxy)
         warn(systemBus().lastError().message());
         return false;
     }
+    // Making the proxy asks for the interface. Who has not answered that in time will not answer
+    // the next call either.
+    if (proxy.lastError().type() == QDBusError::NoReply) {
+        warn(proxy.lastError().message());
+        return false;
+    }
     return true;
 }
 

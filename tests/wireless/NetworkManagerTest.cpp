@@ -1,6 +1,7 @@
 // The wireless code against the NetworkManager daemon itself, on a machine without a radio: a
 // network of its own with a loopback and a wired device, and a bus of its own.
 
+#include "common/QtCompat.h"
 #include "support/TestDirectory.h"
 #include "wireless/NMConfFile.h"
 #include "wireless/PrivateBus.h"
@@ -18,13 +19,14 @@
 
 #include <vector>
 
+#include <signal.h>
 #include <unistd.h>
 
 namespace {
 
 char const kDaemon[] = "/usr/sbin/NetworkManager";
 
-int const kCallLimitMs = 30000;
+int const kCallLimitMs = 90000;
 int const kStartTries = 100;
 int const kSecretTries = 20;
 int const kPauseMs = 100;
@@ -93,6 +95,7 @@ private slots:
     void keyfileIsLoaded_data();
     void keyfileIsLoaded();
     void defaultContentWithItsEmptySsidIsRefused();
+    void suspendedDaemonIsNoDeviceUntilItGoesOn();
 
 private:
     Result nmcli(QStringList const& arguments) const { return run(mBus, "nmcli", arguments); }
@@ -318,6 +321,21 @@ void NetworkManagerTest::defaultContentWithItsEmptySsidIsRefused()
             != 0);
     QVERIFY(mDaemon.waitForReadyRead(kCallLimitMs) || mDaemon.bytesAvailable() > 0);
     QVERIFY(mDaemon.readAll().contains("SSID length is out of range"));
+}
+
+/// Takes the time that the D-Bus binding waits for an answer.
+void NetworkManagerTest::suspendedDaemonIsNoDeviceUntilItGoesOn()
+{
+    pid_t const daemon = static_cast<pid_t>(QtCompat::processId(mDaemon));
+    QVERIFY(kill(daemon, SIGSTOP) == 0);
+    Result const suspended = probe("enabled");
+    QVERIFY(kill(daemon, SIGCONT) == 0);
+    Result const resumed = probe("enabled");
+
+    QCOMPARE(suspended.output, QStringList("enabled false"));
+    QVERIFY2(suspended.errors.count('\n') == 1, qPrintable(suspended.errors));
+    QCOMPARE(resumed.output, QStringList("enabled false"));
+    QCOMPARE(resumed.errors, QString());
 }
 
 int main(int argc, char** argv)
