@@ -20,8 +20,9 @@ ScriptProcess::ScriptProcess()
 void ScriptProcess::killGroup()
 {
     pid_t const leader = static_cast<pid_t>(QtCompat::processId(*this));
-    if (leader > 0)
-        ::kill(-leader, SIGKILL);
+    // One that still waits to become the script has no group yet.
+    if (leader > 0 && ::kill(-leader, SIGKILL) != 0)
+        kill();
 }
 
 void ScriptProcess::setupChildProcess()
