@@ -2,7 +2,8 @@
 //
 //   keyfile   through NMConfFile
 //   floor     the same bytes read and written with the same system calls, nothing looked at: before
-//             opening a file what kind it is, of an open one its size, reading to the end of it
+//             opening a file what kind it is, of an open one its size, reading to the end of it; a
+//             new file, synced, in place of the old
 
 #include "wireless/NMConfFile.h"
 
@@ -16,23 +17,29 @@
 
 namespace {
 
+char const kDirectory[] = "/tmp";
 char const kFile[] = "/tmp/keyfile-bench";
+char const kNewFile[] = "/tmp/.keyfile-bench";
 
 void askForKind()
 {
     struct stat status;
-    benchmark::DoNotOptimize(::lstat(kFile, &status));
+    benchmark::DoNotOptimize(::access(kFile, F_OK));
     benchmark::DoNotOptimize(::stat(kFile, &status));
 }
 
 void write(QByteArray const& content)
 {
     askForKind();
-    int const file = ::open(kFile, O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666);
-    ::fchmod(file, S_IRUSR | S_IWUSR);
-    ::lseek(file, 0, SEEK_SET);
+    benchmark::DoNotOptimize(::access(kFile, W_OK));
+    int const file = ::open(kDirectory, O_RDWR | O_TMPFILE | O_CLOEXEC, S_IRUSR | S_IWUSR);
     if (::write(file, content.constData(), static_cast<size_t>(content.size())) != content.size())
-        qFatal("cannot write %s", kFile);
+        qFatal("cannot write in %s", kDirectory);
+    ::fsync(file);
+    QByteArray const unnamed = "/proc/self/fd/" + QByteArray::number(file);
+    if (::linkat(AT_FDCWD, unnamed.constData(), AT_FDCWD, kNewFile, AT_SYMLINK_FOLLOW) != 0
+        || ::rename(kNewFile, kFile) != 0)
+        qFatal("cannot replace %s", kFile);
     ::close(file);
 }
 

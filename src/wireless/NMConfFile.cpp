@@ -5,7 +5,6 @@
 
 #include <QByteArray>
 #include <QFile>
-#include <QFileInfo>
 #include <QLatin1String>
 #include <QStringList>
 #include <QtDebug>
@@ -86,11 +85,12 @@ NMConfFile::DefaultValue const NMConfFile::smDefaultValues[] = {
 
 NMConfFile::NMConfFile(QString const& path)
     : mFile(new QFile(path))
+    , mIsRead(true)
 {
-    if (mFile->exists())
-        loadConfig();
-    else
+    if (isMissing(path))
         loadDefaultConfig();
+    else
+        loadConfig();
 }
 
 NMConfFile::~NMConfFile()
@@ -201,28 +201,23 @@ QString NMConfFile::toString() const
 
 void NMConfFile::sync()
 {
-    QByteArray const content = toString().toLatin1();
     mFile->close();
-    bool const isOtherThanFile = mFile->exists() && !QFileInfo(*mFile).isFile();
-    if (isOtherThanFile || !mFile->open(QIODevice::WriteOnly | QIODevice::Truncate))
-        return;
-    // Before the content: nobody else gets to see a passphrase, not even for a moment.
-    mFile->setPermissions(QFile::ReadOwner | QFile::WriteOwner);
-    mFile->write(content);
-    mFile->close();
+    // What could not be read must not be lost by writing the rest.
+    if (mIsRead)
+        static_cast<void>(replaceFile(mFile->fileName(), toString().toLatin1()));
 }
 
 void NMConfFile::loadConfig()
 {
-    if (mFile->isOpen())
-        mFile->seek(0);
-    else if (!openRegularFile(*mFile, QIODevice::ReadOnly))
+    mIsRead = mFile->isOpen() ? mFile->seek(0) : openRegularFile(*mFile, QIODevice::ReadOnly);
+    if (!mIsRead)
         return;
 
     Group current = NoGroup;
     QList<QByteArray> const lines = mFile->readAll().split('\n');
     for (QByteArray const& line : lines)
         parseLine(latin1UpToNul(line.trimmed()), current);
+    mIsRead = mFile->error() == QFile::NoError;
 }
 
 void NMConfFile::loadDefaultConfig()

@@ -61,8 +61,9 @@ public:
     /// line before each group whether it has keys or not.
     QString toString() const;
 
-    /// Writes toString() to the file as Latin-1. The file is readable and writable by its owner
-    /// only before any of it is written.
+    /// Puts toString() as Latin-1 in place of what the file holds, all of it or, on a failure,
+    /// nothing; a file that could not be read stays as it is. It is then readable and writable by
+    /// its owner only.
     void sync();
 
     /// Adds what the file holds to the groups: a key read replaces one of the same name, other keys
@@ -90,5 +91,7 @@ private:
     void setWepKey(QString const& key);
 
     QScopedPointer<QFile> mFile;
+    // Whether the groups hold all that the file did.
+    bool mIsRead;
     QMap<QString, QVariant> mGroups[GroupCount];
 };

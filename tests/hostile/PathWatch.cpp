@@ -168,7 +168,7 @@ QStringList PathWatch::paths() const
 bool PathWatch::isExpected(QString const& path, QString const& baseDir)
 {
     static QRegExp const fixed(QLatin1String(
-        "/etc/NetworkManager/system-connections(/[A-Za-z-]*)?"
+        "/etc/NetworkManager/system-connections(/[A-Za-z-]*|/\\.zelvo-view-[A-Za-z0-9]{6})?"
         "|/etc/wlox-display-prefs/prefs\\.conf"
         "|/tmp/last-apply-command|/tmp/\\.wireless-disabled"
         "|/tmp/wlox-zelvo-view-[A-Za-z0-9]{6}"

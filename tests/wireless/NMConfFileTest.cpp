@@ -149,7 +149,8 @@ private slots:
     void nothingIsWrittenBeforeSync();
     void newFileIsForItsOwnerOnly();
     void fileThatOthersCouldReadIsForItsOwnerOnly();
-    void modeIsSetBeforeAnyContentIsWritten();
+    void fileStaysAsItWasWhenItsWritingIsCutOff();
+    void fileThatALinkLeadsToIsWritten();
     void syncReplacesALongerFile();
     void textThatIsMissingIsEmptyAndNotNull();
     void loadingAgainReplacesWhatTheFileHoldsAndKeepsTheRest();
@@ -636,16 +637,29 @@ void NMConfFileTest::fileThatOthersCouldReadIsForItsOwnerOnly()
     QCOMPARE(directory.read(kFileName), QByteArray(kWpaText));
 }
 
-void NMConfFileTest::modeIsSetBeforeAnyContentIsWritten()
+void NMConfFileTest::fileStaysAsItWasWhenItsWritingIsCutOff()
 {
     TestDirectory const directory;
     QString const path = directory.write(kFileName, kWpaText);
-    QCOMPARE(chmod(QFile::encodeName(path).constData(), 0644), 0);
 
     QCOMPARE(syncKilledAtFirstByte(path), SIGXFSZ);
 
-    QCOMPARE(directory.read(kFileName), QByteArray());
-    QCOMPARE(modeOf(path), 0600);
+    QCOMPARE(directory.read(kFileName), QByteArray(kWpaText));
+}
+
+void NMConfFileTest::fileThatALinkLeadsToIsWritten()
+{
+    TestDirectory const directory;
+    QString const path = directory.write("elsewhere", kWpaText);
+    QString const link = directory.path() + "/" + kFileName;
+    QVERIFY(QFile::link(path, link));
+
+    NMConfFile file(link);
+    file.setAutoconnect(false);
+    file.sync();
+
+    QVERIFY(QFileInfo(link).isSymLink());
+    QVERIFY(!NMConfFile(path).autoconnect());
 }
 
 void NMConfFileTest::syncReplacesALongerFile()
