@@ -1,6 +1,7 @@
 #include "shell/ApplyWait.h"
 
 #include <QEventLoop>
+#include <QScopedPointer>
 #include <QThread>
 #include <QTimer>
 
@@ -22,16 +23,20 @@ public:
     {
     }
 
+    /// Why it could not be waited for; empty when it was released.
+    QString const& failure() const { return mFailure; }
+
 protected:
     void run() override
     {
         QSystemSemaphore semaphore(mName, 0, QSystemSemaphore::Open);
-        // An error ends the wait as well: there is nothing left to wait for.
-        static_cast<void>(semaphore.acquire());
+        if (!semaphore.acquire())
+            mFailure = semaphore.errorString();
     }
 
 private:
     QString const mName;
+    QString mFailure;
 };
 
 bool terminalReadsMessages()
@@ -59,17 +64,17 @@ bool ApplyWait::isReady(QString& error) const
 
 bool ApplyWait::wait(int timeoutSeconds)
 {
-    SemaphoreThread thread(mSemaphoreName);
+    QScopedPointer<SemaphoreThread> thread(new SemaphoreThread(mSemaphoreName));
     QEventLoop loop;
     QTimer progress;
     QTimer limit;
-    connect(&thread, SIGNAL(finished()), &loop, SLOT(quit()));
+    connect(thread.data(), SIGNAL(finished()), &loop, SLOT(quit()));
     connect(&limit, SIGNAL(timeout()), &loop, SLOT(quit()));
     connect(&progress, SIGNAL(timeout()), this, SLOT(showProgress()));
     limit.setSingleShot(true);
 
     mElapsed.start();
-    thread.start();
+    thread->start();
     progress.start(kProgressMilliseconds);
     limit.start(timeoutSeconds * kMillisecondsPerSecond);
     loop.exec();
@@ -77,12 +82,21 @@ bool ApplyWait::wait(int timeoutSeconds)
     if (mIsProgressOpen)
         std::fputc('\n', stderr);
     bool const isInTime = limit.isActive();
-    if (!isInTime) {
-        // Nobody else will: the thread must not be left behind.
-        mSemaphore.release();
+    // Nobody else will wake the thread.
+    if (!isInTime && !mSemaphore.release()) {
+        mFailure = mSemaphore.errorString();
+        // It cannot be woken either, and sits there until the process ends.
+        static_cast<void>(thread.take());
+        return false;
     }
-    thread.wait();
-    return isInTime;
+    thread->wait();
+    mFailure = thread->failure();
+    return isInTime && mFailure.isEmpty();
+}
+
+QString ApplyWait::failure() const
+{
+    return mFailure;
 }
 
 void ApplyWait::showProgress()

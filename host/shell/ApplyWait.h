@@ -22,8 +22,12 @@ public:
     /// Whether the semaphore could be made; if not, a message is in `error`.
     bool isReady(QString& error) const;
 
-    /// @return true once the semaphore was released, false when `timeoutSeconds` are over.
+    /// @return true once the semaphore was released, false when `timeoutSeconds` are over or it
+    ///         cannot be waited for.
     bool wait(int timeoutSeconds);
+
+    /// Why the last wait could not be carried out; empty when it could.
+    QString failure() const;
 
 private slots:
     void showProgress();
@@ -32,6 +36,7 @@ private:
     QString const mSemaphoreName;
     QString const mSubject;
     QSystemSemaphore mSemaphore;
+    QString mFailure;
     QElapsedTimer mElapsed;
 
     // Progress was shown on a line of a terminal that has not ended yet.

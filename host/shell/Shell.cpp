@@ -24,6 +24,7 @@ char const* const kChangeWords[] = {"modified", "created", "deleted", "nothing"}
 
 char const* const kApplyKeys = "tmp/apply/";
 char const* const kApplyRunning = "1";
+char const* const kApplyOver = "0";
 
 double const kNanosecondsPerMillisecond = 1e6;
 
@@ -237,19 +238,37 @@ void Shell::apply(QStringList const& arguments, Reply& reply)
     LastCommands const commands;
     reply.code = mHost.apply(key, command);
     if (reply.code == 0 && !end.wait(mTimeoutSeconds)) {
-        mHasUnfinishedApply = true;
-        return complain(reply, kApplyTimedOut,
-                        QString::fromLatin1("%1: not finished after %2 s, no longer waiting")
-                            .arg(arguments.at(0))
-                            .arg(mTimeoutSeconds));
+        if (!isOver(command)) {
+            mHasUnfinishedApply = true;
+            return complainOfWait(arguments.at(0), end, reply);
+        }
+        complain(reply, kNoSemaphore,
+                 arguments.at(0) + QLatin1String(": finished, but released no semaphore"));
     }
     forgetApply(command);
-    if (reply.code != 0)
-        return;
     // One that was given up earlier may still be running.
     if (!mHasUnfinishedApply)
         commands.awaitStarted();
-    reply.messages = commands.since();
+    reply.messages += commands.since();
+}
+
+void Shell::complainOfWait(QString const& key, ApplyWait const& end, Reply& reply)
+{
+    if (end.failure().isEmpty())
+        return complain(reply, kApplyTimedOut,
+                        QString::fromLatin1("%1: not finished after %2 s, no longer waiting")
+                            .arg(key)
+                            .arg(mTimeoutSeconds));
+    complain(reply, kNoSemaphore,
+             QString::fromLatin1("%1: cannot wait for its end: %2").arg(key, end.failure()));
+}
+
+/// Whether the state of an apply tells of its end.
+bool Shell::isOver(QString const& command)
+{
+    QString state;
+    return mHost.get(command, state, REG_PARAM_VALUE, QString::fromLatin1("")) == 0
+        && state == QLatin1String(kApplyOver);
 }
 
 /// Makes a key that tells the state of an apply, for the plugins to reset.

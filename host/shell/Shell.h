@@ -5,6 +5,7 @@
 #include <QString>
 #include <QStringList>
 
+class ApplyWait;
 class Printer;
 class Vantora;
 struct Reply;
@@ -68,6 +69,8 @@ private:
 
     void listKey(QString const& key, int param, Reply& reply);
     QString announceApply();
+    void complainOfWait(QString const& key, ApplyWait const& end, Reply& reply);
+    bool isOver(QString const& command);
     void forgetApply(QString const& command);
 
     Vantora& mHost;
