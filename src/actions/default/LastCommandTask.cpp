@@ -67,10 +67,10 @@ void LastCommandTask::executeCommand()
         return;
 
     QString const commandLine = lastCommandLine(pending);
-    if (file.exists())
-        handOver(file, pending, commandLine);
-    else
+    if (isMissing(file.fileName()))
         static_cast<void>(QtCompat::startDetachedCommandLine(commandLine));
+    else
+        handOver(file, pending, commandLine);
     pending = QString();
 }
 
