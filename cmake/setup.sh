@@ -65,11 +65,9 @@ warnOtherSystem() {
     done
 }
 
-# Builds the targets of a preset, or all of it. Configures only when it has to, so that a second
-# call takes no time.
-build() {
+# Configures a preset, only when it has to, so that a second call takes no time.
+configure() {
     local preset=$1
-    shift
     local directory=$project/build/$preset
     if [ ! -e "$directory/build.ninja" ] \
         || [ "$project/CMakePresets.json" -nt "$directory/build.ninja" ] \
@@ -77,8 +75,15 @@ build() {
         # --fresh: a build folder that came along with a moved project points to the old place.
         cmake -S "$project" --preset "$preset" --fresh </dev/null >&2 || exit 1
     fi
+}
+
+# Builds the targets of a preset, or all of it.
+build() {
+    local preset=$1
+    shift
+    configure "$preset"
     # The lines with which ninja says that there is nothing to do would head every answer.
-    cmake --build "$directory" ${@:+--target "$@"} </dev/null 2>&1 \
+    cmake --build "$project/build/$preset" ${@:+--target "$@"} </dev/null 2>&1 \
         | grep --line-buffered -v -e 'Re-checking globbed' -e 'ninja: no work to do' >&2
     [ "${PIPESTATUS[0]}" -eq 0 ] || exit 1
 }

@@ -75,6 +75,8 @@ public:
     View& view() { return mView; }
 
 private:
+    Q_DISABLE_COPY(Scene)
+
     // Targets that are there and that are not, and keys of the view that lead into each other.
     static void makeEnvironmentFiles()
     {

@@ -78,7 +78,7 @@ bool isNumber(QString const& text)
 {
     bool isInteger = false;
     if (consistsOf(text, "+-"))
-        text.toLongLong(&isInteger);
+        static_cast<void>(text.toLongLong(&isInteger));
     return isInteger;
 }
 

@@ -45,6 +45,8 @@ ActionKit* ActionKit::instance()
     return smInstance;
 }
 
+// By value, as the platform has it.
+// NOLINTNEXTLINE(performance-unnecessary-value-param)
 ActionKit::ActionKit(Vantora& backend, QDir wrappersDir)
     : mBackend(backend)
     , mWrappersDir(wrappersDir)

@@ -48,7 +48,7 @@ QStringList captures(char const* pattern, QString const& text, QString const& ot
 /// The rate of a line that offers one: what stands before the first comma.
 QString offeredRate(QByteArray const& line)
 {
-    int const start = qstrlen(kRefreshLine);
+    int const start = static_cast<int>(qstrlen(kRefreshLine));
     QString const text = QString::fromLatin1(line.constData() + start, line.size() - start);
     return text.left(text.indexOf(QLatin1Char(','))).trimmed();
 }

@@ -165,6 +165,7 @@ void ConfigTree::populateEntryWithAllDescendants(ConfigBranch& branch, Reg::Regi
         if (Reg::Entry const* const value = dynamic_cast<Reg::Entry const*>(node))
             makeKey(branch, *value, node->name());
         else
+            // A set holds no null node. NOLINTNEXTLINE(clang-analyzer-core.CallAndMessage)
             populateEntryWithAllDescendants(*branch.branch(node->name()), registry,
                                             node->absoluteName());
     }

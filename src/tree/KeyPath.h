@@ -13,10 +13,12 @@ public:
     virtual ~KeyPath();
 
     // Not explicit, on purpose: wherever a path is wanted, its text will do.
+    // NOLINTBEGIN(google-explicit-constructor)
     KeyPath(QString const& path);
     KeyPath(QLatin1String const& path);
     /// `path` is Latin-1, up to its NUL.
     KeyPath(char const* path);
+    // NOLINTEND(google-explicit-constructor)
 
     /// The text, as given.
     QString toString() const;

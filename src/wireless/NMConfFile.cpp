@@ -140,6 +140,8 @@ QString NMConfFile::security() const
     return mGroups[SecurityGroup].contains(kWepKeyType) ? kWep : kNone;
 }
 
+// By value, as the platform has it.
+// NOLINTNEXTLINE(performance-unnecessary-value-param)
 void NMConfFile::setSecurity(QString name)
 {
     if (name == security())

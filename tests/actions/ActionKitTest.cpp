@@ -38,6 +38,8 @@ public:
     IConfigEntry const& operator*() const { return *mKey; }
 
 private:
+    Q_DISABLE_COPY(Entry)
+
     ConfigBranch mTop;
     IConfigEntry* mKey;
 };

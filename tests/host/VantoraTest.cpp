@@ -10,6 +10,7 @@ class AnsweringBackend : public Vantora
 public:
     AnsweringBackend()
         : mCode(0)
+        , mAskedParam(REG_PARAM_VALUE)
     {
     }
 

@@ -62,6 +62,8 @@ VexlinkCommitAction::VexlinkCommitAction(QString const& registryKey)
 
 QStringList VexlinkCommitAction::processEnvironment(IConfigEntry const& entry)
 {
+    // Not the environment that a registry key's commit has: this key stands for a whole session.
+    // NOLINTNEXTLINE(bugprone-parent-virtual-call)
     QStringList environment = DefaultCommitAction::processEnvironment(entry);
     QString const sessionKey = ActionKit::resolveUuid(entry.path(), registryKey());
 
