@@ -75,7 +75,7 @@ private:
 
     TestDirectory mDirectory;
     RegistryHost mHost;
-    // Before the host: the plugin waits for its applies, which end with calls of the host.
+    // Goes before the host: the plugin waits for its applies, which end with calls of the host.
     PluginLoader mLoader;
     QObject* mPlugin;
 
