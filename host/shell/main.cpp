@@ -12,7 +12,7 @@
 #include <vantora/abstractplugin.h>
 
 #include <QCoreApplication>
-#include <QFileInfo>
+#include <QDir>
 #include <QScopedPointer>
 
 #include <cstdlib>
@@ -39,7 +39,7 @@ bool loadPlugins(Options const& options, QString const& baseDir, PluginLoader& l
 
 bool startHost(Options const& options, PluginLoader& loader, RegistryHost& host, QString& error)
 {
-    QString const baseDir = QFileInfo(options.baseDir).absoluteFilePath();
+    QString const baseDir = QDir::cleanPath(QDir::current().absoluteFilePath(options.baseDir));
     QStringList const directories = defaultsDirectories(options.defaults, baseDir);
     for (QString const& directory : directories) {
         if (!host.loadDefaults(directory, error))
