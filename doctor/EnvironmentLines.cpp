@@ -32,12 +32,12 @@ public:
     void add(EnvironmentFileReader const& reader)
     {
         QByteArray const bytes = reader.bytes();
-        if (mIsContinued)
+        if (!mIsContinued)
+            ++mNumber;
+        else if (!bytes.trimmed().isEmpty())
             problem(
                 QLatin1String("the line is too long: what stands behind its first 1023 bytes is "
                               "read as a line of its own"));
-        else
-            ++mNumber;
         mIsContinued = !bytes.endsWith('\n');
         if (bytes.contains('\0'))
             problem(QLatin1String("what stands behind the NUL byte is ignored"));

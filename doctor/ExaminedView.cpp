@@ -9,6 +9,7 @@
 #include <vantora/registry.h>
 
 #include <QCoreApplication>
+#include <QDir>
 #include <QFileInfo>
 
 namespace {
@@ -24,7 +25,7 @@ ExaminedView::ExaminedView()
 bool ExaminedView::open(QString const& baseDir, QStringList const& defaults,
                         QString const& registryFile, QString& error)
 {
-    QString const base = QFileInfo(baseDir).absoluteFilePath();
+    QString const base = QDir::cleanPath(QDir::current().absoluteFilePath(baseDir));
     QStringList const directories = defaultsDirectories(defaults, base);
     for (QString const& directory : directories) {
         if (!mHost.loadDefaults(directory, error))

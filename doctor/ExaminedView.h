@@ -19,7 +19,8 @@ class ExaminedView
 public:
     ExaminedView();
 
-    /// @param baseDir       holds "wrappers", and may hold "defaults".
+    /// @param baseDir       holds "wrappers", and may hold "defaults"; empty: the working
+    ///                      directory.
     /// @param defaults      directories of default settings; those shipped if there are none.
     /// @param registryFile  a database of live values, which must exist; empty: none.
     /// @return false with a message in `error`.

@@ -1,7 +1,7 @@
 #include "doctor/Explanation.h"
 
-#include "actions/default/DefaultActions.h"
 #include "actions/default/Wrapper.h"
+#include "common/UuidComponents.h"
 #include "doctor/ExaminedView.h"
 #include "doctor/FolderCheck.h"
 #include "doctor/ScriptFile.h"
@@ -67,6 +67,22 @@ OperationExplanation explainOperation(ExaminedEntry const& entry, Operation cons
     return result;
 }
 
+/// What is wrong with the scripts that can hide the entry, but for its own.
+QList<Finding> findingsAbove(QList<IConfigEntry const*> const& levels)
+{
+    QList<Finding> findings;
+    for (IConfigEntry const* const level : levels.mid(0, levels.size() - 1)) {
+        QString const script = Wrapper::path(*level, Wrapper::kIsVisible);
+        QList<Problem> const problems = problemsOfScript(script);
+        for (Problem const& problem : problems) {
+            Finding const finding
+                = {script, problem.line, generalisedPath(level->path()), problem.message};
+            findings.append(finding);
+        }
+    }
+    return findings;
+}
+
 } // namespace
 
 Explanation explain(ExaminedView& view, ExaminedEntry const& entry)
@@ -83,22 +99,60 @@ Explanation explain(ExaminedView& view, ExaminedEntry const& entry)
     QList<IConfigEntry const*> const levels = levelsOf(entry.entry());
     for (IConfigEntry const* const level : levels)
         result.visibility.append(expectedFile(Wrapper::path(*level, Wrapper::kIsVisible)));
-    result.findings = checkFolder(view, entry);
+    result.findings = checkPlace(view) + findingsAbove(levels) + checkFolder(view, entry);
     return result;
 }
 
 namespace {
 
-typedef bool (ActionKit::*Ask)(IConfigEntry const&, QVariant&);
+typedef bool (ActionKit::*Question)(IConfigEntry const&, QVariant&);
 
-Answer ask(IConfigEntry const& entry, Ask question)
+/// Keeps the runs of scripts for as long as it lives.
+class RunRecorder : public WrapperObserver
 {
+public:
+    RunRecorder() { Wrapper::sSetObserver(this); }
+    ~RunRecorder() override { Wrapper::sSetObserver(nullptr); }
+
+    void scriptHasRun(WrapperRun const& run) override { mRuns.append(run); }
+    QList<WrapperRun> runs() const { return mRuns; }
+
+private:
+    Q_DISABLE_COPY(RunRecorder)
+
+    QList<WrapperRun> mRuns;
+};
+
+Answer ask(IConfigEntry const& entry, Question question)
+{
+    RunRecorder const recorder;
     QVariant data;
     QElapsedTimer timer;
     timer.start();
     bool const isAnswered = (ActionKit::instance()->*question)(entry, data);
-    Answer const answer = {entry.path(), isAnswered, data.toString(), int(timer.elapsed())};
+    Answer const answer
+        = {entry.path(), isAnswered, data.toString(), int(timer.elapsed()), recorder.runs()};
     return answer;
+}
+
+/// Whether the key's own script has given the answer.
+bool isFromScript(Answer const& answer, QString const& script)
+{
+    for (WrapperRun const& run : answer.scripts) {
+        if (run.script == script)
+            return run.isSuccess();
+    }
+    return false;
+}
+
+QString sourceOf(Answer const& answer, ExaminedEntry const& entry)
+{
+    if (!answer.isAnswered)
+        return QLatin1String("default");
+    if (isFromScript(answer, Wrapper::path(entry.entry(), Wrapper::kGet)))
+        return QLatin1String("script");
+    Operation const& get = operation(ISettingClass::ACTION_VALUE);
+    return QLatin1String(backEndWord(entry.facts(get).backEnd));
 }
 
 } // namespace
@@ -109,9 +163,9 @@ LiveAnswers askLive(ExaminedEntry const& entry)
     QList<IConfigEntry const*> const levels = levelsOf(entry.entry());
     for (IConfigEntry const* const level : levels)
         answers.visibility.append(ask(*level, &ActionKit::isVisibleAction));
-    answers.hasScript = false;
-    answers.hasValue = entry.kind() == ValueKey;
-    if (answers.hasValue)
+    if (entry.kind() == ValueKey) {
         answers.value = ask(entry.entry(), &ActionKit::valueAction);
+        answers.source = sourceOf(answers.value, entry);
+    }
     return answers;
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "actions/ActionKit.h"
+#include "actions/default/Wrapper.h"
 #include "doctor/ActionFacts.h"
 #include "doctor/EnvironmentLines.h"
 #include "doctor/Finding.h"
@@ -46,15 +47,6 @@ struct OperationExplanation
     QStringList targets;
 };
 
-/// What a script or an action answered when it was asked.
-struct Answer
-{
-    QString viewKey;
-    bool isAnswered;
-    QString text;
-    int milliseconds;
-};
-
 /// Where the value of a key comes from.
 struct Explanation
 {
@@ -75,18 +67,33 @@ struct Explanation
 
 Explanation explain(ExaminedView& view, ExaminedEntry const& entry);
 
-/// What the scripts and back ends that only read answer now.
+/// What an action answered when it was asked just now.
+struct Answer
+{
+    QString viewKey;
+
+    /// Without it the rest is as if nobody had been asked.
+    bool isAnswered;
+    QString text;
+
+    int milliseconds;
+
+    /// The scripts that ran for it, those of other keys that it led to included.
+    QList<WrapperRun> scripts;
+};
+
+/// What the actions that only read answer now.
 struct LiveAnswers
 {
     /// Of each level from the top whether it is shown.
     QList<Answer> visibility;
 
-    /// Of a value key: what its "get.sh" prints, if there is one, and its value.
-    bool hasScript;
-    Answer script;
-    bool hasValue;
+    /// Of a value key: its value.
     Answer value;
+
+    /// Who has answered the value: "script", the word of a back end, or "default".
+    QString source;
 };
 
-/// Runs them.
+/// Asks the actions, which runs their scripts.
 LiveAnswers askLive(ExaminedEntry const& entry);

@@ -64,6 +64,7 @@ public:
             if (operation.environmentFile)
                 checkEnvironmentFile(operation);
         }
+        checkThatSetValueIsCommitted();
         checkOtherFiles();
         return mFindings;
     }
@@ -209,6 +210,30 @@ private:
         return inView == generalisedPath(mEntry.key());
     }
 
+    /// What "set.sh" made of a value waits in the plugin. The registry is told only of targets, and
+    /// the wireless settings alone take the value that waits.
+    void checkThatSetValueIsCommitted()
+    {
+        Operation const& set = operation(ISettingClass::ACTION_SET_VALUE);
+        Operation const& commit = operation(ISettingClass::ACTION_COMMIT);
+        if (mEntry.kind() != ValueKey || !hasScript(set) || hasScript(commit) || hasTargets()
+            || mEntry.facts(commit).backEnd == ActionFacts::WirelessBackEnd)
+            return;
+        report(path(set.script), 0,
+               QLatin1String("what it prints is lost at the commit: there is no commit.sh, and no "
+                             "REG_SET line in set.env"));
+    }
+
+    bool hasTargets() const
+    {
+        EnvironmentLines const lines = readEnvironmentLines(path(Wrapper::kSetEnv));
+        for (DeclarationLine const& line : lines.declarations) {
+            if (line.isTarget())
+                return true;
+        }
+        return false;
+    }
+
     void checkOtherFiles()
     {
         QStringList const known = scriptNames() + environmentFileNames();
@@ -234,6 +259,21 @@ private:
 };
 
 } // namespace
+
+QList<Finding> checkPlace(ExaminedView const& view)
+{
+    QList<Finding> findings;
+    QString const wrappers = view.kit().wrappersDirectory().path();
+    if (!isSplitByCommandLine(wrappers))
+        return findings;
+    Finding const finding = {
+        wrappers, 0, QString(),
+        QLatin1String("there is a blank or a quote in this path, which splits the command line of "
+                      "all scripts but set.sh and commit.sh: they are not found, which counts as "
+                      "success")};
+    findings.append(finding);
+    return findings;
+}
 
 QList<Finding> checkFolder(ExaminedView& view, ExaminedEntry const& entry)
 {

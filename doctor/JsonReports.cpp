@@ -129,6 +129,36 @@ Json operationObject(OperationExplanation const& operation)
     return object;
 }
 
+char const* endingWord(WrapperRun::Ending ending)
+{
+    switch (ending) {
+    case WrapperRun::Exited:
+        return "exited";
+    case WrapperRun::EndedBySignal:
+        return "signal";
+    case WrapperRun::NotStarted:
+        return "not started";
+    case WrapperRun::TimedOut:
+        break;
+    }
+    return "timed out";
+}
+
+Json runObject(WrapperRun const& run)
+{
+    Json object;
+    object["script"] = utf8(run.script);
+    object["ending"] = endingWord(run.ending);
+    if (run.ending == WrapperRun::Exited)
+        object["exitCode"] = run.exitCode;
+    object["countsAsSuccess"] = run.isSuccess();
+    object["milliseconds"] = run.milliseconds;
+    object["outputBytes"] = run.outputBytes;
+    object["standardError"]
+        = std::string(run.errorOutput.constData(), size_t(run.errorOutput.size()));
+    return object;
+}
+
 Json answerObject(Answer const& answer)
 {
     Json object;
@@ -138,6 +168,9 @@ Json answerObject(Answer const& answer)
     else
         object["answer"] = nullptr;
     object["milliseconds"] = answer.milliseconds;
+    object["scripts"] = Json::array();
+    for (WrapperRun const& run : answer.scripts)
+        object["scripts"].push_back(runObject(run));
     return object;
 }
 
@@ -147,8 +180,10 @@ Json answersObject(LiveAnswers const& answers)
     object["isVisible"] = Json::array();
     for (Answer const& answer : answers.visibility)
         object["isVisible"].push_back(answerObject(answer));
-    if (answers.hasValue)
+    if (!answers.source.isEmpty()) {
         object["get"] = answerObject(answers.value);
+        object["get"]["source"] = utf8(answers.source);
+    }
     return object;
 }
 
@@ -170,6 +205,14 @@ QString jsonOf(Explanation const& explanation, LiveAnswers const* answers)
     object["findings"] = findingArray(explanation.findings);
     if (answers)
         object["answers"] = answersObject(*answers);
+    return lineOf(object);
+}
+
+QString jsonOf(QString const& key, QString const& error)
+{
+    Json object;
+    object["key"] = utf8(key);
+    object["error"] = utf8(error);
     return lineOf(object);
 }
 

@@ -4,8 +4,8 @@
 
 namespace {
 
-// Of three letters, every other word is one letter away.
-int const kShortestForOneLetter = 4;
+// A shorter word, "get.sh" included, is one letter away from many others.
+int const kShortestForOneLetter = 6;
 
 /// Its letters and digits, in lower case.
 QString simplified(QString const& name)

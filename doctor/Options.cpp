@@ -64,7 +64,7 @@ void declareOptions(CLI::App& app, RawOptions& raw, Options& options)
                    "The database of the live values, for explain --run (none if not given)")
         ->type_name(kFile)
         ->multi_option_policy(takeLast);
-    app.add_flag("--json", options.json, "Answer with one JSON object");
+    app.add_flag("--json", options.json, "Answer in JSON, one object a line");
     app.set_version_flag("--version", std::string("zelvo-view-doctor " DOCTOR_VERSION));
     app.footer(kExitStatus);
     // The options may stand behind the command, too.

@@ -19,4 +19,8 @@ QString markdownOf(QList<MapRow> const& rows);
 /// @param answers  null: nothing was run.
 QString jsonOf(Explanation const& explanation, LiveAnswers const* answers);
 QString jsonOf(QList<Finding> const& findings);
+
+/// Of a key that cannot be explained.
+QString jsonOf(QString const& key, QString const& error);
+
 QString jsonOf(QList<MapRow> const& rows);

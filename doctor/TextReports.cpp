@@ -2,6 +2,7 @@
 #include "doctor/Reports.h"
 
 #include <QFileInfo>
+#include <QVariant>
 
 namespace {
 
@@ -61,6 +62,14 @@ QString backEndWords(ActionFacts::BackEnd backEnd, QStringList const& registryKe
     return QLatin1String("scripts");
 }
 
+/// Setting gives the targets what the script has made of the value.
+char const* targetWords(OperationExplanation const& operation)
+{
+    bool const isSet = operation.operation->action == ISettingClass::ACTION_SET_VALUE;
+    return isSet && operation.script.exists ? "registry, by REG_SET, gets what set.sh printed: "
+                                            : "registry, by REG_SET: ";
+}
+
 /// What serves an operation, one step a line: who comes first, and who where that one does not.
 class Steps
 {
@@ -72,7 +81,7 @@ public:
         if (operation.facts.runsScript)
             addScript();
         if (!operation.targets.isEmpty())
-            mLines.append(QLatin1String("registry, by REG_SET: ")
+            mLines.append(QLatin1String(targetWords(operation))
                           + operation.targets.join(QLatin1String(", ")));
         // Targets take the place of the registry key, and of nothing else.
         if (operation.facts.backEnd == ActionFacts::RegistryBackEnd) {
@@ -127,11 +136,55 @@ QString row(char const* name, QString const& text)
     return QString::fromLatin1(name).leftJustified(kNameWidth) + text + QLatin1Char('\n');
 }
 
-QString answerText(Answer const& answer)
+/// How a script ended, and what that counts as.
+QString endingWords(WrapperRun const& run)
 {
-    return QString::fromLatin1("%1 in %2 ms")
-        .arg(answer.isAnswered ? quoted(answer.text) : QString::fromLatin1("no answer"))
-        .arg(answer.milliseconds);
+    switch (run.ending) {
+    case WrapperRun::Exited:
+        return QString::fromLatin1("exit code %1").arg(run.exitCode);
+    case WrapperRun::EndedBySignal:
+        return QLatin1String("ended by a signal");
+    case WrapperRun::NotStarted:
+        return QLatin1String("did not start, which counts as success");
+    case WrapperRun::TimedOut:
+        break;
+    }
+    return QLatin1String("took too long and was killed, which counts as success");
+}
+
+QString textOfRuns(QList<WrapperRun> const& runs, Style const& style)
+{
+    QString text;
+    for (WrapperRun const& run : runs) {
+        QString const line = QString::fromLatin1("%1, %2 bytes of output, %3 ms")
+                                 .arg(endingWords(run))
+                                 .arg(run.outputBytes)
+                                 .arg(run.milliseconds);
+        text += QLatin1String("      ") + run.script + QLatin1String(": ")
+            + (run.isSuccess() && run.ending == WrapperRun::Exited ? line : style.alarm(line))
+            + QLatin1Char('\n');
+        QByteArray const errors = run.errorOutput.trimmed();
+        if (!errors.isEmpty())
+            text += QLatin1String("      its standard error: ")
+                + quoted(QString::fromUtf8(errors.constData(), errors.size())) + QLatin1Char('\n');
+    }
+    return text;
+}
+
+QString textOfAnswer(char const* what, Answer const& answer, QString const& words,
+                     Style const& style)
+{
+    return QString::fromLatin1("  %1 of %2: %3 (%4 ms)\n")
+               .arg(QLatin1String(what), answer.viewKey, style.title(words))
+               .arg(answer.milliseconds)
+        + textOfRuns(answer.scripts, style);
+}
+
+QString visibilityWords(Answer const& answer)
+{
+    if (!answer.isAnswered)
+        return QLatin1String("shown, as nothing says otherwise");
+    return QLatin1String(QVariant(answer.text).toBool() ? "shown" : "hidden");
 }
 
 } // namespace
@@ -151,7 +204,7 @@ QString textOf(Explanation const& explanation, Style const& style)
 {
     QString text = style.title(explanation.key) + QLatin1String(": ") + kindWords(explanation)
         + QLatin1Char('\n');
-    text += row("registered", explanation.viewKey);
+    text += row("in general", explanation.viewKey);
     text += row("wrappers",
                 explanation.folder + QLatin1String(" (")
                     + presence(QFileInfo(explanation.folder).isDir(), style) + QLatin1Char(')'));
@@ -171,16 +224,17 @@ QString textOf(Explanation const& explanation, Style const& style)
     return text;
 }
 
-QString textOf(LiveAnswers const& answers, Style const&)
+QString textOf(LiveAnswers const& answers, Style const& style)
 {
-    QString text = QLatin1String("\nAnswers\n");
+    QString text = QLatin1String("\nAsked just now\n");
     for (Answer const& answer : answers.visibility)
-        text += QLatin1String("  ") + answer.viewKey + QLatin1String(" isVisible: ")
-            + answerText(answer) + QLatin1Char('\n');
-    if (answers.hasValue)
-        text += QLatin1String("  ") + answers.value.viewKey + QLatin1String(" get: ")
-            + answerText(answers.value) + QLatin1Char('\n');
-    return text;
+        text += textOfAnswer("isVisible", answer, visibilityWords(answer), style);
+    if (answers.source.isEmpty())
+        return text;
+    QString const value = answers.value.isAnswered
+        ? quoted(answers.value.text) + QLatin1String(", from the ") + answers.source
+        : QString::fromLatin1("no answer, so the default");
+    return text + textOfAnswer("get", answers.value, value, style);
 }
 
 QString textOf(QList<MapRow> const& rows, Style const& style)

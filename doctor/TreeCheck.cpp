@@ -5,7 +5,6 @@
 #include "doctor/ExaminedView.h"
 #include "doctor/FolderCheck.h"
 #include "doctor/Names.h"
-#include "doctor/ScriptFile.h"
 #include "registry/RegistryKey.h"
 #include "tree/KeyPath.h"
 
@@ -41,14 +40,8 @@ public:
 
     QList<Finding> run()
     {
-        QString const wrappers = mView.kit().wrappersDirectory().path();
-        if (isSplitByCommandLine(wrappers))
-            report(
-                wrappers,
-                QLatin1String("there is a blank or a quote in this path, which splits the command "
-                              "line of all scripts but set.sh and commit.sh: they are not found, "
-                              "which counts as success"));
-        checkSubfolders(wrappers, QString());
+        mFindings = checkPlace(mView);
+        checkSubfolders(mView.kit().wrappersDirectory().path(), QString());
         return mFindings;
     }
 

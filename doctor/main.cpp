@@ -37,18 +37,22 @@ QString fullKey(QString typed)
     return isAtOrUnder(typed, root) ? typed : childKey(root, typed);
 }
 
-void complainOfUnknownKey(ExaminedView& view, QString const& key)
+QString unknownKeyMessage(ExaminedView& view, QString const& key)
 {
+    QString const message = QLatin1String("the view has no such key");
     QString const likely = likelyKey(view, key);
-    complain(key + QLatin1String(": the view has no such key")
-             + (likely.isNull() ? QString() : QLatin1String("; perhaps ") + likely));
+    return likely.isNull() ? message : message + QLatin1String("; perhaps ") + likely;
 }
 
 int explainKey(ExaminedView& view, Options const& options, QString const& key)
 {
     ExaminedEntry const entry(view, key);
     if (!entry.isKnown()) {
-        complainOfUnknownKey(view, key);
+        QString const message = unknownKeyMessage(view, key);
+        if (options.json)
+            write(stdout, jsonOf(key, message));
+        else
+            complain(key + QLatin1String(": ") + message);
         return kFindings;
     }
     Explanation const explanation = explain(view, entry);

@@ -1,0 +1,109 @@
+#include "doctor/EnvironmentLines.h"
+
+#include "support/TestDirectory.h"
+
+#include <QtTest>
+
+namespace {
+
+EnvironmentLines read(QByteArray const& content)
+{
+    TestDirectory const directory;
+    return readEnvironmentLines(directory.write("get.env", content));
+}
+
+} // namespace
+
+class EnvironmentLinesTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void declarationsStandWhereTheyAre();
+    void problemsOfLines_data();
+    void problemsOfLines();
+    void missingFileHasNone();
+};
+
+void EnvironmentLinesTest::declarationsStandWhereTheyAre()
+{
+    EnvironmentLines const lines
+        = read("A remark.\n\nALLOWED=root/USB/allowed\n  REG_SET=root/USB/read-only  \n");
+    QCOMPARE(lines.declarations.size(), 2);
+    QCOMPARE(lines.declarations.at(0).line, 3);
+    QCOMPARE(lines.declarations.at(0).declaration.name, QString("ALLOWED"));
+    QCOMPARE(lines.declarations.at(0).declaration.registryKey, QString("root/USB/allowed"));
+    QVERIFY(!lines.declarations.at(0).isTarget());
+    QCOMPARE(lines.declarations.at(1).line, 4);
+    QCOMPARE(lines.declarations.at(1).declaration.registryKey, QString("root/USB/read-only"));
+    QVERIFY(lines.declarations.at(1).isTarget());
+}
+
+void EnvironmentLinesTest::problemsOfLines_data()
+{
+    QTest::addColumn<QByteArray>("content");
+    QTest::addColumn<QStringList>("problems");
+
+    QStringList const none;
+    QString const ignored("the line is ignored: there is no \"=\" in it");
+    QString const tooLong(
+        "the line is too long: what stands behind its first 1023 bytes is read as "
+        "a line of its own");
+    QByteArray const declaration("A=root/a\n");
+    QTest::newRow("a declaration") << declaration << none;
+    QTest::newRow("no line end at the end") << QByteArray("A=root/a") << none;
+    QTest::newRow("a remark") << QByteArray("Reads root/a and root/b.\n") << none;
+    QTest::newRow("a remark of one word") << QByteArray("Nothing.\n") << none;
+    QTest::newRow("empty file") << QByteArray() << none;
+    QTest::newRow("nothing before the =") << declaration
+            + "=root/a\n" << QStringList("2: the line is ignored: no name stands before its \"=\"");
+    QTest::newRow("a blank for the =") << QByteArray("A root/a\n") << QStringList("1: " + ignored);
+    QTest::newRow("a colon for the =") << QByteArray("A: root/a\n") << QStringList("1: " + ignored);
+    QTest::newRow("a key alone") << QByteArray("root/a\n") << QStringList("1: " + ignored);
+    QTest::newRow("export, and a blank for the =")
+        << QByteArray("export A root/a\n") << QStringList("1: " + ignored);
+    QTest::newRow("blanks around the =")
+        << QByteArray("A = root/a\n")
+        << QStringList("1: no script can read a variable named \"A \"");
+    QTest::newRow("export") << QByteArray("export A=root/a\n")
+                            << QStringList("1: no script can read a variable named \"export A\"");
+    QTest::newRow("what is no comment")
+        << QByteArray("#A=root/a\n")
+        << QStringList("1: no script can read a variable named \"#A\"");
+    QTest::newRow("a digit first") << QByteArray("1A=root/a\n")
+                                   << QStringList("1: no script can read a variable named \"1A\"");
+    QTest::newRow("CRLF, told once")
+        << QByteArray("A=root/a\r\nB=root/b\r\n")
+        << QStringList("1: the line ends in CRLF; the CR is dropped here, but not in a script");
+    QTest::newRow("a NUL") << QByteArray("A=root/a\0b\n", 11)
+                           << QStringList("1: what stands behind the NUL byte is ignored");
+    QTest::newRow("a long line") << QByteArray(1023, 'x') + "y\n" + declaration
+                                 << QStringList("1: " + tooLong);
+    QTest::newRow("a line behind a long one keeps its number")
+        << QByteArray(1030, 'x') + "\nexport B=root/b\n"
+        << (QStringList() << "1: " + tooLong
+                          << "2: no script can read a variable named \"export B\"");
+    QTest::newRow("a line that just fits") << QByteArray(1022, 'x') + "\n" << none;
+}
+
+void EnvironmentLinesTest::problemsOfLines()
+{
+    QFETCH(QByteArray, content);
+    QFETCH(QStringList, problems);
+
+    QStringList found;
+    for (Problem const& problem : read(content).problems)
+        found.append(QString::number(problem.line) + ": " + problem.message);
+    QCOMPARE(found, problems);
+}
+
+void EnvironmentLinesTest::missingFileHasNone()
+{
+    TestDirectory const directory;
+    EnvironmentLines const lines = readEnvironmentLines(directory.file("get.env"));
+    QVERIFY(lines.declarations.isEmpty());
+    QVERIFY(lines.problems.isEmpty());
+}
+
+QTEST_MAIN(EnvironmentLinesTest)
+#include "EnvironmentLinesTest.moc"

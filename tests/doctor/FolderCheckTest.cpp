@@ -1,0 +1,311 @@
+#include "doctor/FolderCheck.h"
+
+#include "TestView.h"
+#include "doctor/TreeCheck.h"
+
+#include <QtTest>
+
+namespace {
+
+char const kUsb[] = "zelvo-view/usb/enable";
+char const kDepth[] = "zelvo-view/display/color_depth";
+char const kSsid[] = "zelvo-view/wireless/ssid";
+char const kAddress[] = "zelvo-view/vexlink/sessions/{uuid}/address";
+char const kName[] = "zelvo-view/rdp/sessions/{uuid}/name";
+char const kSession[] = "zelvo-view/vexlink/sessions/{uuid}";
+char const kArea[] = "zelvo-view/usb";
+
+} // namespace
+
+class FolderCheckTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void findings_data();
+    void findings();
+    void keyItselfIsNoTarget();
+    void findingNamesFileLineAndKey();
+    void foldersThatNoKeyHas_data();
+    void foldersThatNoKeyHas();
+    void blankInThePathIsToldOnce();
+    void everyKeyMayHaveItsScripts();
+};
+
+void FolderCheckTest::findings_data()
+{
+    QTest::addColumn<QString>("key");
+    // "NAME" for a ready script, "NAME=CONTENT" for any other file.
+    QTest::addColumn<QStringList>("files");
+    QTest::addColumn<QStringList>("expected");
+
+    QStringList const none;
+    QString const known("root/USB/root/mass-storage/allowed");
+    QTest::newRow("a script") << kUsb << QStringList("get.sh") << none;
+    QTest::newRow("helpers and remarks") << kUsb
+                                         << (QStringList() << "get.sh"
+                                                           << "functions.sh"
+                                                           << "README=x")
+                                         << none;
+
+    QTest::newRow("a variable for a script") << kUsb
+                                             << (QStringList() << "get.sh"
+                                                               << "get.env=A=" + known)
+                                             << none;
+    QTest::newRow("get.env alone")
+        << kUsb << QStringList("get.env=A=" + known)
+        << QStringList("get.env:1: A is not read: there is no get.sh beside it");
+    QTest::newRow("commit.env alone")
+        << kUsb << QStringList("commit.env=\nA=" + known)
+        << QStringList("commit.env:2: A is not read: there is no commit.sh beside it");
+    QTest::newRow("a variable of set.env alone")
+        << kUsb << QStringList("set.env=A=" + known)
+        << QStringList("set.env:1: A is not read: there is no set.sh beside it");
+    QTest::newRow("a target of set.env alone")
+        << kUsb << QStringList("set.env=REG_SET=" + known) << none;
+    QTest::newRow("a target in get.env")
+        << kUsb
+        << (QStringList() << "get.sh"
+                          << "get.env=REG_SET=" + known)
+        << QStringList("get.env:1: REG_SET names a target in set.env alone; here it is a variable "
+                       "like any other");
+
+    QTest::newRow("a registry key that nobody knows")
+        << kUsb
+        << (QStringList() << "get.sh"
+                          << "get.env=A=root/nothing")
+        << QStringList("get.env:1: root/nothing: the default settings know no such key");
+    QTest::newRow("a misspelt registry key")
+        << kUsb
+        << (QStringList() << "get.sh"
+                          << "get.env=A=root/USB/root/mass_storage/allowed")
+        << QStringList(
+               "get.env:1: root/USB/root/mass_storage/allowed: the default settings know no "
+               "such key; perhaps root/USB/root/mass-storage/allowed");
+    QTest::newRow("a directory of the registry")
+        << kUsb
+        << (QStringList() << "get.sh"
+                          << "get.env=A=root/USB")
+        << QStringList("get.env:1: root/USB: is a directory, which has no value");
+    QTest::newRow("a temporary key") << kUsb
+                                     << (QStringList() << "get.sh"
+                                                       << "get.env=A=tmp/anything")
+                                     << none;
+    QTest::newRow("a key of the view")
+        << kUsb
+        << (QStringList() << "get.sh"
+                          << "get.env=A=root/zelvo-view/usb/read_only")
+        << none;
+    QTest::newRow("a registry key of any session outside of one")
+        << kUsb
+        << (QStringList() << "get.sh"
+                          << "get.env=A=root/ConnectionType/ica/connections/{UUID}/label")
+        << QStringList("get.env:1: root/ConnectionType/ica/connections/{UUID}/label: \"{UUID}\" is "
+                       "replaced for the keys of a session only");
+    QTest::newRow("a registry key of the session")
+        << kName
+        << (QStringList() << "get.sh"
+                          << "get.env=A=root/ConnectionType/ica/connections/{UUID}/label")
+        << none;
+    QTest::newRow("a view key of the session")
+        << kName
+        << (QStringList() << "get.sh"
+                          << "get.env=A=root/zelvo-view/ica/sessions/{UUID}/name")
+        << none;
+    QTest::newRow("the view's placeholder")
+        << kName
+        << (QStringList() << "get.sh"
+                          << "get.env=A=root/zelvo-view/ica/sessions/{uuid}/name")
+        << QStringList("get.env:1: root/zelvo-view/ica/sessions/{uuid}/name: \"{uuid}\" is not "
+                       "replaced here; the word is \"{UUID}\"");
+
+    QTest::newRow("what set.sh prints goes to the registry")
+        << kUsb
+        << (QStringList() << "set.sh"
+                          << "set.env=REG_SET=" + known)
+        << none;
+    QTest::newRow("what set.sh prints goes to commit.sh") << kAddress
+                                                          << (QStringList() << "set.sh"
+                                                                            << "commit.sh")
+                                                          << none;
+    QTest::newRow("what set.sh prints goes to the connection file")
+        << kSsid << QStringList("set.sh") << none;
+    QTest::newRow("what set.sh prints goes nowhere")
+        << kUsb << QStringList("set.sh")
+        << QStringList(
+               "set.sh: what it prints is lost at the commit: there is no commit.sh, and no "
+               "REG_SET line in set.env");
+
+    QTest::newRow("targets where the display settings are set")
+        << kDepth << QStringList("set.env=REG_SET=" + known)
+        << (QStringList()
+            << "set.env:1: what REG_SET names is not set: without a set.sh the key is "
+               "served by ColorDepthActions, which does not look here"
+            << "set.env:1: what REG_SET names is not committed: without a commit.sh "
+               "the key is served by ColorDepthActions, which does not look here");
+    QTest::newRow("targets that only the display settings commit")
+        << kDepth
+        << (QStringList() << "set.sh"
+                          << "set.env=REG_SET=" + known)
+        << QStringList(
+               "set.env:1: what REG_SET names is not committed: without a commit.sh the key "
+               "is served by ColorDepthActions, which does not look here");
+    QTest::newRow("targets where scripts serve") << kDepth
+                                                 << (QStringList() << "set.sh"
+                                                                   << "commit.sh"
+                                                                   << "set.env=REG_SET=" + known)
+                                                 << none;
+
+    QTest::newRow("the commit of a terminal session")
+        << kSession
+        << (QStringList() << "commit.sh"
+                          << "commit.env=A=" + known)
+        << QStringList(
+               "commit.env:1: A is not read: VexlinkCommitAction, which serves the key, gives "
+               "its script others");
+    QTest::newRow("scripts of a session") << kSession
+                                          << (QStringList() << "isVisible.sh"
+                                                            << "create.sh"
+                                                            << "del.sh"
+                                                            << "commit.sh"
+                                                            << "apply.sh")
+                                          << none;
+    QTest::newRow("scripts that a directory never runs")
+        << kArea
+        << (QStringList() << "get.sh"
+                          << "set.sh"
+                          << "create.sh")
+        << (QStringList() << "get.sh: never runs: a directory has no value"
+                          << "set.sh: never runs: a directory has no value"
+                          << "create.sh: never runs: only a session, the directory \"{uuid}\", is "
+                             "created");
+    QTest::newRow("a directory that is committed as its parts")
+        << kArea << QStringList("set.env=REG_SET=root/USB/root/mass-storage") << none;
+
+    QTest::newRow("a misspelt script")
+        << kUsb << QStringList("Commit.sh")
+        << QStringList("Commit.sh: is not looked for; perhaps it is to be \"commit.sh\"");
+    QTest::newRow("a misspelt environment file")
+        << kUsb << QStringList("gte.env=x")
+        << QStringList("gte.env: is not looked for; perhaps it is to be \"get.env\"");
+    QTest::newRow("an environment file that there is not")
+        << kUsb << QStringList("apply.env=x")
+        << QStringList("apply.env: is not looked for: the environment files are get.env, set.env, "
+                       "commit.env");
+}
+
+void FolderCheckTest::findings()
+{
+    QFETCH(QString, key);
+    QFETCH(QStringList, files);
+    QFETCH(QStringList, expected);
+
+    TestView scene;
+    for (QString const& file : files) {
+        QString const name = file.section('=', 0, 0);
+        if (file.contains('='))
+            scene.wrappers.addFile(key, name, file.section('=', 1).toLatin1());
+        else
+            scene.wrappers.addScript(key, name, "exit 0");
+    }
+    ExaminedEntry const entry(scene.view, "root/" + key);
+    QVERIFY(entry.isKnown());
+    QStringList found;
+    for (Finding const& finding : checkFolder(scene.view, entry)) {
+        QString const line = finding.line ? QString(":%1").arg(finding.line) : QString();
+        found.append(QFileInfo(finding.file).fileName() + line + ": " + finding.message);
+    }
+    QCOMPARE(found, expected);
+}
+
+void FolderCheckTest::keyItselfIsNoTarget()
+{
+    TestView scene;
+    scene.wrappers.addFile(kName, "set.env", "REG_SET=root/zelvo-view/rdp/sessions/{UUID}/name\n");
+    QList<Finding> const findings
+        = checkFolder(scene.view, ExaminedEntry(scene.view, QString("root/") + kName));
+    QCOMPARE(findings.size(), 1);
+    QVERIFY(findings.first().message.contains("is the key itself"));
+}
+
+void FolderCheckTest::findingNamesFileLineAndKey()
+{
+    TestView scene;
+    QString const file = scene.wrappers.addFile(kUsb, "get.env", "\n\nA=root/nothing\n");
+    scene.wrappers.addScript(kUsb, "get.sh", "exit 0");
+    QList<Finding> const findings
+        = checkFolder(scene.view, ExaminedEntry(scene.view, QString("root/") + kUsb));
+    QCOMPARE(findings.size(), 1);
+    QCOMPARE(findings.first().file, file);
+    QCOMPARE(findings.first().line, 3);
+    QCOMPARE(findings.first().key, QString(kUsb));
+}
+
+void FolderCheckTest::foldersThatNoKeyHas_data()
+{
+    QTest::addColumn<QString>("folder");
+    QTest::addColumn<QString>("message");
+
+    QString const unknown("no key of the view has this name");
+    QTest::newRow("a key") << kUsb << QString();
+    QTest::newRow("the root") << "zelvo-view" << QString();
+    QTest::newRow("hidden by its dot") << "zelvo-view/.git" << QString();
+    QTest::newRow("a name of its own") << "zelvo-view/usb/colour" << unknown;
+    QTest::newRow("a misspelt name")
+        << "zelvo-view/usb/read-only" << unknown + "; perhaps it is to be \"read_only\"";
+    QTest::newRow("below a value")
+        << QString(kUsb) + "/data" << unknown + "; the key above is a value";
+    QTest::newRow("the registry's placeholder")
+        << "zelvo-view/rdp/sessions/{UUID}"
+        << unknown + "; all sessions share the folder \"{uuid}\"";
+    QTest::newRow("one session") << "zelvo-view/rdp/sessions/{01234567-89ab-cdef-0123-456789abcdef}"
+                                 << unknown + "; all sessions share the folder \"{uuid}\"";
+    QTest::newRow("another root") << "root" << unknown;
+}
+
+void FolderCheckTest::foldersThatNoKeyHas()
+{
+    QFETCH(QString, folder);
+    QFETCH(QString, message);
+
+    TestView scene;
+    QVERIFY(QDir(scene.wrappers.directory()).mkpath(folder));
+    QList<Finding> const findings = checkWrappers(scene.view);
+    QCOMPARE(findings.size(), message.isNull() ? 0 : 1);
+    if (message.isNull())
+        return;
+    QCOMPARE(findings.first().file, scene.wrappers.folder(folder));
+    QCOMPARE(findings.first().message, message);
+}
+
+void FolderCheckTest::blankInThePathIsToldOnce()
+{
+    TestDirectory const directory;
+    QString const baseDir = directory.file("a b");
+    QVERIFY(QDir().mkpath(baseDir + "/wrappers/zelvo-view/usb/enable"));
+    directory.write("a b/wrappers/zelvo-view/usb/enable/README", "x");
+    ExaminedView view;
+    QString error;
+    QVERIFY(view.open(baseDir, QStringList(DEFAULTS_DIR), QString(), error));
+    keepInstanceKnown();
+    QList<Finding> const findings = checkWrappers(view);
+    QCOMPARE(findings.size(), 1);
+    QCOMPARE(findings.first().file, baseDir + "/wrappers");
+    QVERIFY(findings.first().message.startsWith("there is a blank or a quote in this path"));
+}
+
+void FolderCheckTest::everyKeyMayHaveItsScripts()
+{
+    TestView scene;
+    scene.wrappers.addScript(kUsb, "get.sh", "exit 0");
+    scene.wrappers.addScript(kDepth, "set.sh", "exit 0");
+    scene.wrappers.addScript(kDepth, "commit.sh", "exit 0");
+    scene.wrappers.addScript(kSsid, "commit.sh", "exit 0");
+    scene.wrappers.addScript(kName, "isVisible.sh", "exit 0");
+    scene.wrappers.addScript(kSession, "create.sh", "exit 0");
+    scene.wrappers.addScript(kArea, "apply.sh", "exit 0");
+    QCOMPARE(checkWrappers(scene.view).size(), 0);
+}
+
+QTEST_MAIN(FolderCheckTest)
+#include "FolderCheckTest.moc"
