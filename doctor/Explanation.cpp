@@ -157,6 +157,12 @@ QString sourceOf(Answer const& answer, ExaminedEntry const& entry)
 
 } // namespace
 
+bool keepsOutput(WrapperRun const& run)
+{
+    return run.script.endsWith(QLatin1String(Wrapper::kGet))
+        || run.script.endsWith(QLatin1String(Wrapper::kSet));
+}
+
 LiveAnswers askLive(ExaminedEntry const& entry)
 {
     LiveAnswers answers;

@@ -82,6 +82,9 @@ struct Answer
     QList<WrapperRun> scripts;
 };
 
+/// Whether the plugin reads what the script prints; of any other its output is not known.
+bool keepsOutput(WrapperRun const& run);
+
 /// What the actions that only read answer now.
 struct LiveAnswers
 {

@@ -11,35 +11,12 @@
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 
 using RegistryVocabulary::registryPlaceholder;
 using RegistryVocabulary::viewPlaceholder;
 
 namespace {
-
-/// The name of a wrapper file without the "/" before it.
-QString fileName(char const* file)
-{
-    return QLatin1String(file + 1);
-}
-
-QStringList scriptNames()
-{
-    QStringList names;
-    for (Operation const& operation : operations())
-        names.append(fileName(operation.script));
-    return names;
-}
-
-QStringList environmentFileNames()
-{
-    QStringList names;
-    for (Operation const& operation : operations()) {
-        if (operation.environmentFile)
-            names.append(fileName(operation.environmentFile));
-    }
-    return names;
-}
 
 bool hasComponent(QString const& key, QString const& component)
 {
@@ -109,6 +86,8 @@ private:
         QString const file = path(operation.environmentFile);
         if (!QFile::exists(file))
             return;
+        if (!QFileInfo(file).isFile() || !QFileInfo(file).isReadable())
+            report(file, 0, QLatin1String("cannot be read as a file, and is ignored"));
         EnvironmentLines const lines = readEnvironmentLines(file);
         report(file, lines.problems);
 

@@ -153,7 +153,8 @@ Json runObject(WrapperRun const& run)
         object["exitCode"] = run.exitCode;
     object["countsAsSuccess"] = run.isSuccess();
     object["milliseconds"] = run.milliseconds;
-    object["outputBytes"] = run.outputBytes;
+    if (keepsOutput(run))
+        object["outputBytes"] = run.outputBytes;
     object["standardError"]
         = std::string(run.errorOutput.constData(), size_t(run.errorOutput.size()));
     return object;

@@ -63,3 +63,26 @@ Operation const& operation(ISettingClass::Action_t action)
 {
     return operations().at(action - ISettingClass::ACTION_IS_VISIBLE);
 }
+
+QString fileName(char const* wrapperFile)
+{
+    return QLatin1String(wrapperFile + 1);
+}
+
+QStringList scriptNames()
+{
+    QStringList names;
+    for (Operation const& operation : operations())
+        names.append(fileName(operation.script));
+    return names;
+}
+
+QStringList environmentFileNames()
+{
+    QStringList names;
+    for (Operation const& operation : operations()) {
+        if (operation.environmentFile)
+            names.append(fileName(operation.environmentFile));
+    }
+    return names;
+}

@@ -3,6 +3,8 @@
 #include "actions/ISettingClass.h"
 
 #include <QList>
+#include <QString>
+#include <QStringList>
 
 /// What an entry of the view is to those who write scripts for it.
 enum EntryKind { ValueKey, SessionDirectory, PlainDirectory };
@@ -36,3 +38,9 @@ struct Operation
 QList<Operation> const& operations();
 
 Operation const& operation(ISettingClass::Action_t action);
+
+/// The name of a wrapper file without the "/" before it.
+QString fileName(char const* wrapperFile);
+
+QStringList scriptNames();
+QStringList environmentFileNames();

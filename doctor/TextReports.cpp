@@ -8,11 +8,6 @@ namespace {
 
 int const kNameWidth = 11;
 
-QString fileName(QString const& path)
-{
-    return QFileInfo(path).fileName();
-}
-
 char const* reasonWords(ServingAction::Reason reason)
 {
     switch (reason) {
@@ -99,10 +94,10 @@ public:
 private:
     void addScript()
     {
-        QString line = fileName(mOperation.script.path) + QLatin1String(" (")
+        QString line = fileName(mOperation.operation->script) + QLatin1String(" (")
             + presence(mOperation.script.exists, mStyle) + QLatin1Char(')');
         if (mOperation.facts.readsEnvironmentFile)
-            line += QLatin1String(", ") + fileName(mOperation.environmentFile.path)
+            line += QLatin1String(", ") + fileName(mOperation.operation->environmentFile)
                 + QLatin1String(" (") + presence(mOperation.environmentFile.exists, mStyle)
                 + QLatin1Char(')');
         mLines.append(line);
@@ -156,10 +151,10 @@ QString textOfRuns(QList<WrapperRun> const& runs, Style const& style)
 {
     QString text;
     for (WrapperRun const& run : runs) {
-        QString const line = QString::fromLatin1("%1, %2 bytes of output, %3 ms")
-                                 .arg(endingWords(run))
-                                 .arg(run.outputBytes)
-                                 .arg(run.milliseconds);
+        QString line = endingWords(run);
+        if (keepsOutput(run))
+            line += QString::fromLatin1(", %1 bytes of output").arg(run.outputBytes);
+        line += QString::fromLatin1(", %1 ms").arg(run.milliseconds);
         text += QLatin1String("      ") + run.script + QLatin1String(": ")
             + (run.isSuccess() && run.ending == WrapperRun::Exited ? line : style.alarm(line))
             + QLatin1Char('\n');

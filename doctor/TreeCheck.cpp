@@ -40,8 +40,10 @@ public:
 
     QList<Finding> run()
     {
+        QString const wrappers = mView.kit().wrappersDirectory().path();
         mFindings = checkPlace(mView);
-        checkSubfolders(mView.kit().wrappersDirectory().path(), QString());
+        checkFilesOfNoKey(wrappers);
+        checkSubfolders(wrappers, QString());
         return mFindings;
     }
 
@@ -50,6 +52,16 @@ private:
     {
         Finding const finding = {file, 0, QString(), message};
         mFindings.append(finding);
+    }
+
+    void checkFilesOfNoKey(QString const& wrappers)
+    {
+        QStringList const names = scriptNames() + environmentFileNames();
+        for (QString const& name : names) {
+            QString const path = wrappers + QLatin1Char('/') + name;
+            if (QFileInfo(path).exists())
+                report(path, QLatin1String("lies in the folder of no key"));
+        }
     }
 
     /// @param key  that of the folder, as the host names it; empty for the wrappers directory.

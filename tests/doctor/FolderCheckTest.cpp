@@ -28,6 +28,9 @@ private slots:
     void findingNamesFileLineAndKey();
     void foldersThatNoKeyHas_data();
     void foldersThatNoKeyHas();
+    void scriptOfNoKeyIsFound();
+    void linkedFolderIsLookedInto();
+    void environmentFileThatIsNoneIsIgnored();
     void blankInThePathIsToldOnce();
     void everyKeyMayHaveItsScripts();
 };
@@ -276,6 +279,40 @@ void FolderCheckTest::foldersThatNoKeyHas()
         return;
     QCOMPARE(findings.first().file, scene.wrappers.folder(folder));
     QCOMPARE(findings.first().message, message);
+}
+
+void FolderCheckTest::scriptOfNoKeyIsFound()
+{
+    TestView scene;
+    QString const script = scene.wrappers.addScript(".", "get.sh", "exit 0");
+    QList<Finding> const findings = checkWrappers(scene.view);
+    QCOMPARE(findings.size(), 1);
+    QCOMPARE(QFileInfo(findings.first().file), QFileInfo(script));
+    QCOMPARE(findings.first().message, QString("lies in the folder of no key"));
+}
+
+void FolderCheckTest::linkedFolderIsLookedInto()
+{
+    TestView scene;
+    TestDirectory const elsewhere;
+    elsewhere.write("get.sh", "#!/bin/sh\n");
+    QVERIFY(QDir(scene.wrappers.directory()).mkpath(kArea));
+    QVERIFY(QFile::link(elsewhere.path(), scene.wrappers.folder(kUsb)));
+    QVERIFY(QFile::link("..", scene.wrappers.folder(kArea) + "/loop"));
+    QList<Finding> const findings = checkWrappers(scene.view);
+    QCOMPARE(findings.size(), 2);
+    QVERIFY(findings.at(0).message.startsWith("is not executable"));
+    QVERIFY(findings.at(1).message.startsWith("no key of the view has this name"));
+}
+
+void FolderCheckTest::environmentFileThatIsNoneIsIgnored()
+{
+    TestView scene;
+    scene.wrappers.addScript(kUsb, "get.sh", "exit 0");
+    QVERIFY(QDir(scene.wrappers.folder(kUsb)).mkdir("get.env"));
+    QList<Finding> const findings = checkWrappers(scene.view);
+    QCOMPARE(findings.size(), 2);
+    QCOMPARE(findings.at(0).message, QString("cannot be read as a file, and is ignored"));
 }
 
 void FolderCheckTest::blankInThePathIsToldOnce()
