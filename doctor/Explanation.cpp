@@ -48,6 +48,17 @@ QStringList targetsOf(ExaminedEntry const& entry)
     return targets;
 }
 
+QStringList variablesOf(ExaminedEntry const& entry, QList<DeclarationLine> const& lines)
+{
+    QStringList variables;
+    for (DeclarationLine const& line : lines) {
+        if (!line.isTarget())
+            variables.append(line.declaration.name + QLatin1Char('=')
+                             + entry.resolved(line.declaration.registryKey));
+    }
+    return variables;
+}
+
 OperationExplanation explainOperation(ExaminedEntry const& entry, Operation const& operation)
 {
     OperationExplanation result;
@@ -62,6 +73,8 @@ OperationExplanation explainOperation(ExaminedEntry const& entry, Operation cons
             = expectedFile(Wrapper::path(entry.entry(), operation.environmentFile));
         result.declarations = readEnvironmentLines(result.environmentFile.path).declarations;
     }
+    if (result.facts.readsEnvironmentFile)
+        result.variables = variablesOf(entry, result.declarations);
     if (result.facts.readsTargets)
         result.targets = targetsOf(entry);
     return result;
@@ -145,14 +158,12 @@ bool isFromScript(Answer const& answer, QString const& script)
     return false;
 }
 
-QString sourceOf(Answer const& answer, ExaminedEntry const& entry)
+LiveAnswers::Source sourceOf(Answer const& answer, ExaminedEntry const& entry)
 {
     if (!answer.isAnswered)
-        return QLatin1String("default");
-    if (isFromScript(answer, Wrapper::path(entry.entry(), Wrapper::kGet)))
-        return QLatin1String("script");
-    Operation const& get = operation(ISettingClass::ACTION_VALUE);
-    return QLatin1String(backEndWord(entry.facts(get).backEnd));
+        return LiveAnswers::Default;
+    bool const isScripts = isFromScript(answer, Wrapper::path(entry.entry(), Wrapper::kGet));
+    return isScripts ? LiveAnswers::Script : LiveAnswers::BackEnd;
 }
 
 } // namespace
@@ -166,6 +177,8 @@ bool keepsOutput(WrapperRun const& run)
 LiveAnswers askLive(ExaminedEntry const& entry)
 {
     LiveAnswers answers;
+    answers.source = LiveAnswers::Nobody;
+    answers.backEnd = entry.facts(operation(ISettingClass::ACTION_VALUE)).backEnd;
     QList<IConfigEntry const*> const levels = levelsOf(entry.entry());
     for (IConfigEntry const* const level : levels)
         answers.visibility.append(ask(*level, &ActionKit::isVisibleAction));

@@ -43,6 +43,9 @@ struct OperationExplanation
     ExpectedFile environmentFile;
     QList<DeclarationLine> declarations;
 
+    /// A line for each variable that the script is given: its name, "=" and the registry key.
+    QStringList variables;
+
     /// The registry keys that "REG_SET" lines put in the place of the key's own.
     QStringList targets;
 };
@@ -94,8 +97,10 @@ struct LiveAnswers
     /// Of a value key: its value.
     Answer value;
 
-    /// Who has answered the value: "script", the word of a back end, or "default".
-    QString source;
+    /// Who has answered the value; of a directory it says nothing.
+    enum Source { Nobody, Script, BackEnd, Default };
+    Source source;
+    ActionFacts::BackEnd backEnd;
 };
 
 /// Asks the actions, which runs their scripts.

@@ -175,15 +175,27 @@ Json answerObject(Answer const& answer)
     return object;
 }
 
+char const* sourceWord(LiveAnswers const& answers)
+{
+    switch (answers.source) {
+    case LiveAnswers::Script:
+        return "script";
+    case LiveAnswers::BackEnd:
+        return backEndWord(answers.backEnd);
+    default:
+        return "default";
+    }
+}
+
 Json answersObject(LiveAnswers const& answers)
 {
     Json object;
     object["isVisible"] = Json::array();
     for (Answer const& answer : answers.visibility)
         object["isVisible"].push_back(answerObject(answer));
-    if (!answers.source.isEmpty()) {
+    if (answers.source != LiveAnswers::Nobody) {
         object["get"] = answerObject(answers.value);
-        object["get"]["source"] = utf8(answers.source);
+        object["get"]["source"] = sourceWord(answers);
     }
     return object;
 }

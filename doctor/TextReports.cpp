@@ -100,6 +100,8 @@ private:
             line += QLatin1String(", ") + fileName(mOperation.operation->environmentFile)
                 + QLatin1String(" (") + presence(mOperation.environmentFile.exists, mStyle)
                 + QLatin1Char(')');
+        if (mOperation.script.exists && !mOperation.variables.isEmpty())
+            line += QLatin1String(": ") + mOperation.variables.join(QLatin1String(", "));
         mLines.append(line);
     }
 
@@ -182,6 +184,31 @@ QString visibilityWords(Answer const& answer)
     return QLatin1String(QVariant(answer.text).toBool() ? "shown" : "hidden");
 }
 
+char const* sourceWords(LiveAnswers const& answers)
+{
+    if (answers.source == LiveAnswers::Script)
+        return "the script";
+    switch (answers.backEnd) {
+    case ActionFacts::RegistryBackEnd:
+        return "the registry";
+    case ActionFacts::DisplayBackEnd:
+        return "the display settings";
+    case ActionFacts::WirelessBackEnd:
+        return "NetworkManager and its connection file";
+    case ActionFacts::NoBackEnd:
+        break;
+    }
+    return "";
+}
+
+QString valueWords(LiveAnswers const& answers)
+{
+    if (answers.source == LiveAnswers::Default)
+        return QLatin1String("no answer, so the default");
+    return QString::fromLatin1("%1, from %2")
+        .arg(quoted(answers.value.text), QLatin1String(sourceWords(answers)));
+}
+
 } // namespace
 
 QString textOf(Finding const& finding, Style const& style)
@@ -224,12 +251,9 @@ QString textOf(LiveAnswers const& answers, Style const& style)
     QString text = QLatin1String("\nAsked just now\n");
     for (Answer const& answer : answers.visibility)
         text += textOfAnswer("isVisible", answer, visibilityWords(answer), style);
-    if (answers.source.isEmpty())
-        return text;
-    QString const value = answers.value.isAnswered
-        ? quoted(answers.value.text) + QLatin1String(", from the ") + answers.source
-        : QString::fromLatin1("no answer, so the default");
-    return text + textOfAnswer("get", answers.value, value, style);
+    if (answers.source != LiveAnswers::Nobody)
+        text += textOfAnswer("get", answers.value, valueWords(answers), style);
+    return text;
 }
 
 QString textOf(QList<MapRow> const& rows, Style const& style)

@@ -56,7 +56,7 @@ int explainKey(ExaminedView& view, Options const& options, QString const& key)
         return kFindings;
     }
     Explanation const explanation = explain(view, entry);
-    LiveAnswers answers;
+    LiveAnswers answers = LiveAnswers();
     if (options.run)
         answers = askLive(entry);
     Style const style = Style::sOfOutput();
