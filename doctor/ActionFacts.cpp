@@ -124,6 +124,13 @@ ActionFacts factsOf(IConfigAction const* action)
     return ActionFacts();
 }
 
+char const* keylessBackEndWords(ActionFacts::BackEnd backEnd)
+{
+    return backEnd == ActionFacts::WirelessBackEnd
+        ? "NetworkManager: its devices, and a connection file"
+        : "scripts";
+}
+
 char const* backEndWord(ActionFacts::BackEnd backEnd)
 {
     switch (backEnd) {

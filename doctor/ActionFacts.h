@@ -34,5 +34,8 @@ struct ActionFacts
 /// @param action  may be null.
 ActionFacts factsOf(IConfigAction const* action);
 
+/// What a key stands for whose back end has no registry keys.
+char const* keylessBackEndWords(ActionFacts::BackEnd backEnd);
+
 /// "registry", "display", "wireless" or, for none, "none".
 char const* backEndWord(ActionFacts::BackEnd backEnd);

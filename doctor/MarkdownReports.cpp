@@ -31,14 +31,8 @@ QString codes(QStringList const& texts)
 
 QString behind(MapRow const& row)
 {
-    switch (row.backEnd) {
-    case ActionFacts::WirelessBackEnd:
-        return QLatin1String("NetworkManager: its devices, and a connection file");
-    case ActionFacts::NoBackEnd:
-        return QLatin1String("scripts");
-    default:
-        return codes(row.registryKeys);
-    }
+    return row.registryKeys.isEmpty() ? QLatin1String(keylessBackEndWords(row.backEnd))
+                                      : codes(row.registryKeys);
 }
 
 /// The part of the view that a key belongs to: the first name below the root.

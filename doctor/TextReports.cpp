@@ -43,18 +43,11 @@ QString kindWords(Explanation const& explanation)
 
 QString backEndWords(ActionFacts::BackEnd backEnd, QStringList const& registryKeys)
 {
+    if (registryKeys.isEmpty())
+        return QLatin1String(keylessBackEndWords(backEnd));
     QString const keys = registryKeys.join(QLatin1String(", "));
-    switch (backEnd) {
-    case ActionFacts::RegistryBackEnd:
-        return keys;
-    case ActionFacts::DisplayBackEnd:
-        return QLatin1String("display settings: ") + keys;
-    case ActionFacts::WirelessBackEnd:
-        return QLatin1String("NetworkManager: its devices, and a connection file");
-    case ActionFacts::NoBackEnd:
-        break;
-    }
-    return QLatin1String("scripts");
+    return backEnd == ActionFacts::DisplayBackEnd ? QLatin1String("display settings: ") + keys
+                                                  : keys;
 }
 
 /// Setting gives the targets what the script has made of the value.
