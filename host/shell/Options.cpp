@@ -47,16 +47,19 @@ void declareOptions(CLI::App& app, RawOptions& raw, Options& options)
 {
     CLI::MultiOptionPolicy const takeLast = CLI::MultiOptionPolicy::TakeLast;
     // One value each time: what follows it may be a command.
-    app.add_option("--plugin", raw.plugins, "A plugin to load (repeatable)")
+    app.add_option("--plugin", raw.plugins,
+                   "A plugin to load (repeatable; those installed if not given)")
         ->type_name(kFile)
         ->allow_extra_args(false);
     app.add_option("--base-dir", raw.baseDir,
                    "The plugins' base directory: holds wrappers/ and may hold defaults/ "
-                   "(the working directory if not given)")
+                   "(that of the installation if not given, or the working directory)")
         ->type_name(kDirectory)
         ->multi_option_policy(takeLast);
-    app.add_option("--registry", raw.registryFile,
-                   "The database of the live values (kept in memory only if not given)")
+    app.add_option(
+           "--registry", raw.registryFile,
+           "The database of the live values; \":memory:\" keeps none (that of the installation "
+           "if not given, or none)")
         ->type_name(kFile)
         ->multi_option_policy(takeLast);
     app.add_option("--defaults", raw.defaults,

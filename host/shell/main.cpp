@@ -1,3 +1,4 @@
+#include "installation/Installation.h"
 #include "loader/PluginLoader.h"
 #include "registry/DefaultsDirectories.h"
 #include "registry/RegistryHost.h"
@@ -13,6 +14,7 @@
 
 #include <QCoreApplication>
 #include <QDir>
+#include <QFileInfo>
 #include <QScopedPointer>
 
 #include <cstdlib>
@@ -22,6 +24,23 @@
 namespace {
 
 char const* const kInMemory = ":memory:";
+
+// What the command line left open is taken from where the program is installed.
+void completeFromInstallation(Options& options)
+{
+    Installation const installation;
+    if (!installation.exists())
+        return;
+    if (options.plugins.isEmpty())
+        options.plugins = installation.plugins();
+    if (options.baseDir.isEmpty())
+        options.baseDir = installation.baseDir();
+    if (options.registryFile.isEmpty()) {
+        options.registryFile = installation.registryFile();
+        // If this fails, opening the file says so.
+        static_cast<void>(QDir().mkpath(QFileInfo(options.registryFile).path()));
+    }
+}
 
 bool loadPlugins(Options const& options, QString const& baseDir, PluginLoader& loader,
                  RegistryHost& host, QString& error)
@@ -157,5 +176,6 @@ int main(int argc, char** argv)
 
     QCoreApplication application(argc, argv);
     QCoreApplication::setApplicationName(QLatin1String("vantora-shell"));
+    completeFromInstallation(options);
     return serve(options);
 }
