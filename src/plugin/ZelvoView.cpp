@@ -7,6 +7,7 @@
 #include "common/RegistryVocabulary.h"
 #include "common/Text.h"
 #include "common/UuidComponents.h"
+#include "plugin/ActivityReports.h"
 #include "plugin/AutoThread.h"
 #include "plugin/ViewKeyMap.h"
 #include "tree/ConfigKey.h"
@@ -27,6 +28,7 @@ int const kUnknownEntry = 6;
 
 char const kPluginName[] = "zelvo-view";
 char const kWrappersFolder[] = "/wrappers";
+char const kListenerProperty[] = "activityListener";
 QChar const kSeparator = QLatin1Char('/');
 
 /// Tells which children of one branch are visible. A script that says so is one for all sessions and
@@ -147,6 +149,8 @@ void ZelvoView::pluginIsLoaded(Vantora& backend, Reg::Registry& registry, QStrin
     mBaseDir = baseDir;
     ActionKit::init(backend, QDir(baseDir + QLatin1String(kWrappersFolder)));
     registerViewKeys(*ActionKit::instance(), backend);
+    if (QObject* const listener = qvariant_cast<QObject*>(property(kListenerProperty)))
+        new ActivityReports(*listener, this);
 }
 
 int ZelvoView::contains(QString const& key)

@@ -30,6 +30,9 @@ public:
     ~ZelvoView() override;
 
     /// Registers the view with the action kit. Scripts are looked for in `baseDir` + "/wrappers".
+    ///
+    /// A host that wants to see what its requests lead to has put a `QObject*` into the dynamic
+    /// property "activityListener" before; see ActivityReports.
     void pluginIsLoaded(Vantora& backend, Reg::Registry& registry, QString const& text,
                         QString const& baseDir) override;
 

@@ -6,6 +6,7 @@
 #include <QDBusConnection>
 #include <QDBusError>
 #include <QDBusInterface>
+#include <QDBusMessage>
 #include <QDBusObjectPath>
 #include <QDBusReply>
 #include <QDBusVariant>
@@ -20,6 +21,8 @@
 #include <QVariant>
 #include <QtDebug>
 
+#include <chrono>
+
 namespace {
 
 QLatin1String const kService("org.freedesktop.NetworkManager");
@@ -31,7 +34,38 @@ QLatin1String const kWirelessInterface("org.freedesktop.NetworkManager.Device.Wi
 
 QLatin1String const kOwnFileName("Zelvo");
 
+QLatin1String const kIntrospect("org.freedesktop.DBus.Introspectable.Introspect");
+QLatin1String const kGetProperty("org.freedesktop.DBus.Properties.Get");
+
 typedef QList<QDBusObjectPath> ObjectPaths;
+
+BusObserver* sObserver = nullptr;
+
+/// One call on the bus, for the observer.
+class ObservedCall
+{
+public:
+    ObservedCall()
+    {
+        if (sObserver)
+            mStart = Clock::now();
+    }
+
+    void end(QString const& path, QString const& member, QDBusError const& error) const
+    {
+        if (!sObserver)
+            return;
+        std::chrono::milliseconds const duration
+            = std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - mStart);
+        sObserver->busCallHasEnded(path, member, error.isValid() ? error.message() : QString(),
+                                   static_cast<int>(duration.count()));
+    }
+
+private:
+    typedef std::chrono::steady_clock Clock;
+
+    Clock::time_point mStart;
+};
 
 void registerTypes()
 {
@@ -68,7 +102,21 @@ QDBusConnection systemBus()
 QDBusInterface* newProxy(QString const& path, QString const& interface)
 {
     registerTypes();
-    return new QDBusInterface(kService, path, interface, systemBus());
+    ObservedCall const call;
+    QDBusInterface* const proxy = new QDBusInterface(kService, path, interface, systemBus());
+    // It has asked what the object is like.
+    call.end(path, kIntrospect, proxy->isValid() ? QDBusError() : systemBus().lastError());
+    return proxy;
+}
+
+QDBusMessage callMethod(QDBusInterface& proxy, QLatin1String method,
+                        QVariantList const& arguments = QVariantList())
+{
+    ObservedCall const call;
+    QDBusMessage const answer
+        = proxy.callWithArgumentList(QDBus::AutoDetect, QString(method), arguments);
+    call.end(proxy.path(), proxy.interface() + QLatin1Char('.') + method, QDBusError(answer));
+    return answer;
 }
 
 void warn(QString const& message)
@@ -94,7 +142,10 @@ bool isValidOrWarned(QDBusInterface const& proxy)
 /// The property of that name; empty when it is missing or no list of object paths.
 ObjectPaths objectPaths(QDBusInterface const& proxy, char const* property)
 {
-    return qvariant_cast<ObjectPaths>(proxy.property(property));
+    ObservedCall const call;
+    ObjectPaths const paths = qvariant_cast<ObjectPaths>(proxy.property(property));
+    call.end(proxy.path(), kGetProperty, proxy.lastError());
+    return paths;
 }
 
 ObjectPaths activeConnectionDevices(QDBusObjectPath const& activeConnection)
@@ -107,8 +158,8 @@ void deactivateConnection(QDBusObjectPath const& activeConnection)
 {
     QScopedPointer<QDBusInterface> const manager(newProxy(kManagerPath, kManagerInterface));
     // A connection that is gone by now, or was asked before, needs no deactivating.
-    static_cast<void>(manager->call(QLatin1String("DeactivateConnection"),
-                                    QVariant::fromValue(activeConnection)));
+    static_cast<void>(callMethod(*manager, QLatin1String("DeactivateConnection"),
+                                 QVariantList() << QVariant::fromValue(activeConnection)));
 }
 
 /// A device is wireless when it has the wireless interface at all, whatever it is capable of.
@@ -116,12 +167,22 @@ bool isWirelessDevice(QDBusObjectPath const& device)
 {
     QScopedPointer<QDBusInterface> const proxy(newProxy(device.path(), kPropertiesInterface));
     QDBusReply<QVariant> const capabilities
-        = proxy->call(QLatin1String("Get"), QString(kWirelessInterface),
-                      QString(QLatin1String("WirelessCapabilities")));
+        = callMethod(*proxy, QLatin1String("Get"),
+                     QVariantList() << QString(kWirelessInterface)
+                                    << QString(QLatin1String("WirelessCapabilities")));
     return capabilities.isValid();
 }
 
 } // namespace
+
+BusObserver::~BusObserver()
+{
+}
+
+void wireless_setBusObserver(BusObserver* observer)
+{
+    sObserver = observer;
+}
 
 NMConfFile* wireless_defaultNmConfig(QDir const& dir)
 {
@@ -140,7 +201,7 @@ QString wireless_firstHalDevice()
     QScopedPointer<QDBusInterface> const manager(newProxy(kManagerPath, kManagerInterface));
     if (!isValidOrWarned(*manager))
         return QString();
-    QDBusReply<ObjectPaths> const devices = manager->call(QLatin1String("GetDevices"));
+    QDBusReply<ObjectPaths> const devices = callMethod(*manager, QLatin1String("GetDevices"));
     if (!devices.isValid()) {
         warn(devices.error().message());
         return QString();

@@ -20,7 +20,8 @@ bool DefaultApplyAction::execute(IConfigEntry const& entry, QVariant&)
     QString const script = Wrapper::find(entry, Wrapper::kApply);
     if (script.isNull())
         return false;
-    ActionKit::instance()->topApplyTreadPool()->start(new ApplyTask(QFileInfo(script)));
+    ActionKit::instance()->topApplyTreadPool()->start(
+        Wrapper::sObserved(new ApplyTask(QFileInfo(script))));
     return true;
 }
 

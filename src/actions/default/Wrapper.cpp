@@ -27,6 +27,11 @@ WrapperObserver::~WrapperObserver()
 {
 }
 
+QRunnable* WrapperObserver::scriptIsQueued(QRunnable* task)
+{
+    return task;
+}
+
 bool WrapperRun::isSuccess() const
 {
     switch (ending) {
@@ -69,6 +74,11 @@ WrapperObserver* Wrapper::smObserver = nullptr;
 void Wrapper::sSetObserver(WrapperObserver* observer)
 {
     smObserver = observer;
+}
+
+QRunnable* Wrapper::sObserved(QRunnable* task)
+{
+    return smObserver ? smObserver->scriptIsQueued(task) : task;
 }
 
 QString Wrapper::find(IConfigEntry const& entry, char const* fileName)

@@ -9,6 +9,7 @@
 #include <chrono>
 
 class IConfigEntry;
+class QRunnable;
 
 /// What came of one run of a script.
 struct WrapperRun
@@ -42,6 +43,13 @@ public:
 
     /// Called when a script has ended, on the thread that has waited for it.
     virtual void scriptHasRun(WrapperRun const& run) = 0;
+
+    /// Called on the thread of a request before `task`, which will run a script, goes to another
+    /// thread.
+    ///
+    /// @param task  the pool's, which deletes it.
+    /// @return what the pool runs in its place; `task` itself if not overridden.
+    virtual QRunnable* scriptIsQueued(QRunnable* task);
 };
 
 /// One run of a wrapper script.
@@ -84,6 +92,9 @@ public:
     ///
     /// @param observer  stays the caller's; null: nobody is told.
     static void sSetObserver(WrapperObserver* observer);
+
+    /// The task to give to a pool for `task`, which runs a script: the observer may follow it.
+    static QRunnable* sObserved(QRunnable* task);
 
     /// @param script  the full path.
     explicit Wrapper(QString const& script, Output output = DropOutput);

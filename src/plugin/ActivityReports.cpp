@@ -1,0 +1,88 @@
+#include "plugin/ActivityReports.h"
+
+#include <QMetaObject>
+#include <QRunnable>
+#include <QScopedPointer>
+
+namespace {
+
+QLatin1String nameOf(WrapperRun::Ending ending)
+{
+    switch (ending) {
+    case WrapperRun::EndedBySignal:
+        return QLatin1String("signal");
+    case WrapperRun::NotStarted:
+        return QLatin1String("not started");
+    case WrapperRun::TimedOut:
+        return QLatin1String("timed out");
+    case WrapperRun::Exited:
+        break;
+    }
+    return QLatin1String("exited");
+}
+
+/// Runs a task under the request that has queued it.
+class FollowedTask : public QRunnable
+{
+public:
+    FollowedTask(QRunnable* task, QObject& listener)
+        : mTask(task)
+        , mListener(listener)
+        , mRequest(0)
+    {
+        // A listener without the method: it does not tell requests apart.
+        static_cast<void>(QMetaObject::invokeMethod(
+            &mListener, "currentRequest", Qt::DirectConnection, Q_RETURN_ARG(int, mRequest)));
+    }
+
+    void run() override
+    {
+        static_cast<void>(QMetaObject::invokeMethod(&mListener, "resumeRequest",
+                                                    Qt::DirectConnection, Q_ARG(int, mRequest)));
+        mTask->run();
+    }
+
+private:
+    Q_DISABLE_COPY(FollowedTask)
+
+    QScopedPointer<QRunnable> mTask;
+    QObject& mListener;
+    int mRequest;
+};
+
+} // namespace
+
+ActivityReports::ActivityReports(QObject& listener, QObject* parent)
+    : QObject(parent)
+    , mListener(listener)
+{
+    Wrapper::sSetObserver(this);
+    wireless_setBusObserver(this);
+}
+
+ActivityReports::~ActivityReports()
+{
+    Wrapper::sSetObserver(nullptr);
+    wireless_setBusObserver(nullptr);
+}
+
+void ActivityReports::scriptHasRun(WrapperRun const& run)
+{
+    static_cast<void>(QMetaObject::invokeMethod(
+        &mListener, "scriptHasRun", Qt::DirectConnection, Q_ARG(QString, run.script),
+        Q_ARG(QString, nameOf(run.ending)), Q_ARG(int, run.exitCode), Q_ARG(bool, run.isSuccess()),
+        Q_ARG(int, run.milliseconds), Q_ARG(qlonglong, run.outputBytes)));
+}
+
+QRunnable* ActivityReports::scriptIsQueued(QRunnable* task)
+{
+    return new FollowedTask(task, mListener);
+}
+
+void ActivityReports::busCallHasEnded(QString const& path, QString const& member,
+                                      QString const& error, int milliseconds)
+{
+    static_cast<void>(QMetaObject::invokeMethod(&mListener, "busCallHasEnded", Qt::DirectConnection,
+                                                Q_ARG(QString, path), Q_ARG(QString, member),
+                                                Q_ARG(QString, error), Q_ARG(int, milliseconds)));
+}
