@@ -1,5 +1,8 @@
 #include "shell/ApplyWait.h"
 
+#include "shell/Interrupt.h"
+#include "shell/Terminal.h"
+
 #include <QEventLoop>
 #include <QScopedPointer>
 #include <QThread>
@@ -7,12 +10,11 @@
 
 #include <cstdio>
 
-#include <unistd.h>
-
 namespace {
 
 int const kMillisecondsPerSecond = 1000;
 int const kProgressMilliseconds = 1000;
+int const kInterruptMilliseconds = 50;
 
 /// Sits in the semaphore, which cannot be waited for with a limit or by an event loop.
 class SemaphoreThread : public QThread
@@ -39,18 +41,12 @@ private:
     QString mFailure;
 };
 
-bool terminalReadsMessages()
-{
-    return isatty(STDERR_FILENO) != 0;
-}
-
 } // namespace
 
 ApplyWait::ApplyWait(QString const& semaphoreName, QString const& subject)
     : mSemaphoreName(semaphoreName)
     , mSubject(subject)
     , mSemaphore(semaphoreName, 0, QSystemSemaphore::Create)
-    , mIsProgressOpen(false)
 {
 }
 
@@ -68,20 +64,22 @@ bool ApplyWait::wait(int timeoutSeconds)
     QEventLoop loop;
     QTimer progress;
     QTimer limit;
+    QTimer interrupt;
     connect(thread.data(), SIGNAL(finished()), &loop, SLOT(quit()));
     connect(&limit, SIGNAL(timeout()), &loop, SLOT(quit()));
     connect(&progress, SIGNAL(timeout()), this, SLOT(showProgress()));
+    connect(&interrupt, SIGNAL(timeout()), this, SLOT(lookForInterrupt()));
+    connect(this, SIGNAL(interrupted()), &loop, SLOT(quit()));
     limit.setSingleShot(true);
 
     mElapsed.start();
     thread->start();
     progress.start(kProgressMilliseconds);
     limit.start(timeoutSeconds * kMillisecondsPerSecond);
+    interrupt.start(kInterruptMilliseconds);
     loop.exec();
 
-    if (mIsProgressOpen)
-        std::fputc('\n', stderr);
-    bool const isInTime = limit.isActive();
+    bool const isInTime = limit.isActive() && !isInterrupted();
     // Nobody else will wake the thread.
     if (!isInTime && !mSemaphore.release()) {
         mFailure = mSemaphore.errorString();
@@ -101,11 +99,18 @@ QString ApplyWait::failure() const
 
 void ApplyWait::showProgress()
 {
+    // There it is shown of every command that takes long.
+    if (Terminal::sShowsProgress())
+        return;
     qint64 const seconds = mElapsed.elapsed() / kMillisecondsPerSecond;
     QByteArray const subject = mSubject.toUtf8();
-    // On a terminal one line counts on; a log gets a line every time.
-    mIsProgressOpen = terminalReadsMessages();
-    std::fprintf(stderr, "applying %s: %lld s%s", subject.constData(),
-                 static_cast<long long>(seconds), mIsProgressOpen ? "\r" : "\n");
+    std::fprintf(stderr, "applying %s: %lld s\n", subject.constData(),
+                 static_cast<long long>(seconds));
     std::fflush(stderr);
+}
+
+void ApplyWait::lookForInterrupt()
+{
+    if (isInterrupted())
+        emit interrupted();
 }

@@ -22,15 +22,19 @@ public:
     /// Whether the semaphore could be made; if not, a message is in `error`.
     bool isReady(QString& error) const;
 
-    /// @return true once the semaphore was released, false when `timeoutSeconds` are over or it
-    ///         cannot be waited for.
+    /// @return true once the semaphore was released, false when `timeoutSeconds` are over, the
+    ///         command is interrupted or it cannot be waited for.
     bool wait(int timeoutSeconds);
 
     /// Why the last wait could not be carried out; empty when it could.
     QString failure() const;
 
+signals:
+    void interrupted();
+
 private slots:
     void showProgress();
+    void lookForInterrupt();
 
 private:
     QString const mSemaphoreName;
@@ -38,7 +42,4 @@ private:
     QSystemSemaphore mSemaphore;
     QString mFailure;
     QElapsedTimer mElapsed;
-
-    // Progress was shown on a line of a terminal that has not ended yet.
-    bool mIsProgressOpen;
 };

@@ -14,5 +14,8 @@ int const kHostUnavailable = 69;
 /// The end of an apply could not be waited for.
 int const kNoSemaphore = 71;
 
-/// An apply did not end in the time it was given.
-int const kApplyTimedOut = 75;
+/// An apply did not end, or what is watched did not change, in the time it was given.
+int const kTimedOut = 75;
+
+/// A command that an interrupt from the terminal has ended; as shells have it.
+int const kInterrupted = 130;

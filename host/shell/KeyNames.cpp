@@ -32,3 +32,16 @@ QString shownName(QString const& key, _RegNodeType type)
         return key;
     }
 }
+
+bool liesAtOrUnder(QString const& key, QString const& top)
+{
+    return key.startsWith(top)
+        && (key.size() == top.size() || key.at(top.size()) == QLatin1Char('/'));
+}
+
+bool isOneValue(QMap<QString, _RegNodeType> const& answer)
+{
+    return answer.size() == 1
+        && (answer.constBegin().value() == REG_NODE_VALUE
+            || answer.constBegin().value() == REG_NODE_DEFAULT);
+}

@@ -2,6 +2,7 @@
 
 #include <vantora/types.h>
 
+#include <QMap>
 #include <QString>
 
 /// The full key: with "root/" in front unless it lies in one of the two key spaces already.
@@ -13,3 +14,9 @@ QString ownName(QString const& key);
 /// A node of a listing as a person sees it: its own name, that of a directory with a "/" behind it.
 /// A value is its own text.
 QString shownName(QString const& key, _RegNodeType type);
+
+/// Whether a key is `top` or lies below it.
+bool liesAtOrUnder(QString const& key, QString const& top);
+
+/// Whether an answer is a value, or the default that stands in for one.
+bool isOneValue(QMap<QString, _RegNodeType> const& answer);

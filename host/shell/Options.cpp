@@ -74,6 +74,9 @@ void declareOptions(CLI::App& app, RawOptions& raw, Options& options)
     app.add_flag("--json", options.json, "Answer with one JSON object a command");
     app.add_flag("--keep-going", options.keepGoing, "Go on after a command that failed");
     app.add_flag("--verbose", options.verbose, "Say what each request answered and took");
+    app.add_flag("--trace", options.trace,
+                 "Show on standard error the backend calls, script runs and D-Bus calls that each "
+                 "command leads to (with --json: one JSON object each)");
     app.add_flag("--echo", options.echo, "Repeat each line of input before its answer");
     app.set_version_flag("--version", std::string("vantora-shell " SHELL_VERSION));
 }
@@ -85,6 +88,7 @@ Options::Options()
     , json(false)
     , keepGoing(false)
     , verbose(false)
+    , trace(false)
     , echo(false)
 {
 }

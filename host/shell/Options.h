@@ -16,6 +16,7 @@ struct Options
     bool json;
     bool keepGoing;
     bool verbose;
+    bool trace;
     bool echo;
 
     /// The commands and what else follows the options, as one list.

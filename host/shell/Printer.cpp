@@ -1,18 +1,15 @@
 #include "shell/Printer.h"
 
+#include "shell/Json.h"
 #include "shell/Reply.h"
+#include "shell/Terminal.h"
 
 #include <cstdio>
-#include <string>
-
-#include <nlohmann/json.hpp>
 
 namespace {
 
 // A message names a key or a line of input; one of a megabyte is named by its beginning.
 int const kLongestShownText = 200;
-
-typedef nlohmann::ordered_json Json;
 
 struct CodeMeaning
 {
@@ -42,10 +39,9 @@ void write(FILE* stream, QString const& text)
     static_cast<void>(std::fflush(stream));
 }
 
-std::string utf8(QString const& text)
+bool isShownOnTerminal(Reply const& reply)
 {
-    QByteArray const bytes = text.toUtf8();
-    return std::string(bytes.constData(), size_t(bytes.size()));
+    return !reply.terminalText.isNull() && Terminal::sShowsOutput();
 }
 
 Json nodeObject(ReplyNode const& node)
@@ -67,7 +63,7 @@ Printer::~Printer()
 void TextPrinter::print(Command const& command, Reply const& reply)
 {
     if (!reply.text.isEmpty())
-        writeOutput(reply.text);
+        writeOutput(isShownOnTerminal(reply) ? reply.terminalText : reply.text);
     for (QString const& message : reply.messages)
         writeMessage(message);
     // An answer such as "no" says it already.
@@ -88,9 +84,7 @@ void JsonPrinter::print(Command const& command, Reply const& reply)
         object["text"] = utf8(reply.text);
     for (QString const& message : reply.messages)
         object["messages"].push_back(utf8(message));
-    writeOutput(
-        QString::fromUtf8(object.dump(-1, ' ', false, Json::error_handler_t::replace).c_str())
-        + QLatin1Char('\n'));
+    writeOutput(jsonText(object) + QLatin1Char('\n'));
 }
 
 QString subject(Command const& command)

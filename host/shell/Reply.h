@@ -9,7 +9,7 @@ struct ReplyNode
 {
     QString key;
 
-    /// A `_RegNodeType`, or a `_RegEntryChange` in the answer of "changes".
+    /// A `_RegNodeType`, or a `_RegEntryChange` in the answers of "changes" and "diff".
     int type;
 
     /// The value of a key where the command asks for it; null elsewhere.
@@ -31,6 +31,9 @@ struct Reply
 
     /// The answer as text for a person; ends in a line end unless it is empty.
     QString text;
+
+    /// The same as it is shown on a terminal; null: as it stands.
+    QString terminalText;
 
     /// What else there is to tell: why it failed, or what came of it.
     QStringList messages;

@@ -1,18 +1,25 @@
 #include "shell/Shell.h"
 
 #include "shell/ApplyWait.h"
+#include "shell/Changes.h"
+#include "shell/Events.h"
 #include "shell/ExitStatus.h"
+#include "shell/Interrupt.h"
 #include "shell/KeyNames.h"
 #include "shell/KeyTree.h"
+#include "shell/KeyWatch.h"
 #include "shell/LastCommands.h"
 #include "shell/Printer.h"
+#include "shell/Progress.h"
 #include "shell/Reply.h"
-
-#include <vantora/vantora.h>
+#include "shell/Terminal.h"
+#include "shell/Trace.h"
+#include "shell/TracedHost.h"
 
 #include <QElapsedTimer>
 #include <QFile>
 #include <QMap>
+#include <QScopedPointer>
 
 #include <unistd.h>
 
@@ -28,7 +35,13 @@ char const* const kApplyOver = "0";
 
 double const kNanosecondsPerMillisecond = 1e6;
 
-int const kColumnOfSummaries = 26;
+int const kColumnOfSummaries = 30;
+
+// Between two looks of a watch, which is interrupted sooner.
+int const kWatchMs = 500;
+int const kNapMs = 50;
+useconds_t const kMicrosecondsPerMillisecond = 1000;
+int const kMillisecondsPerSecond = 1000;
 
 /// The `_RegEntryParam` of a word; -1 for any other word.
 int paramOf(QString const& word)
@@ -44,6 +57,16 @@ void complain(Reply& reply, int code, QString const& message)
 {
     reply.code = code;
     reply.messages.append(message);
+}
+
+/// @return false when an interrupt has ended it.
+bool nap(int milliseconds)
+{
+    for (int slept = 0; slept < milliseconds && !isInterrupted(); slept += kNapMs) {
+        serveEvents();
+        usleep(kNapMs * kMicrosecondsPerMillisecond);
+    }
+    return !isInterrupted();
 }
 
 } // namespace
@@ -69,15 +92,17 @@ struct Shell::Row
 Shell::Row const Shell::kRows[] = {
     {"get",      1, 2, &Shell::get,       "KEY [type|regexp]", "a value, or the children of a key"},
     {"list",     1, 1, &Shell::list,      "KEY", "the children of a directory"},
-    {"tree",     0, 1, &Shell::tree,      "[KEY]", "all that is under a key, with values"},
+    {"tree",     0, 1, &Shell::tree,      "[KEY]", "all that is under a key, with values; on a terminal, where from"},
     {"set",      2, 2, &Shell::set,       "KEY VALUE", "sets a value, pending until its commit"},
     {"create",   1, 1, &Shell::create,    "KEY", "creates a key, pending until its commit"},
     {"del",      1, 1, &Shell::del,       "KEY", "deletes a key, pending until its commit"},
     {"commit",   1, 1, &Shell::commit,    "KEY", "writes what is pending at or under a key"},
     {"rollback", 1, 1, &Shell::rollback,  "KEY", "drops what is pending at or under a key"},
+    {"diff",     0, 1, &Shell::diff,      "[KEY]", "what a commit of a key would change"},
     {"apply",    1, 1, &Shell::apply,     "KEY", "makes what is committed effective"},
     {"contains", 1, 1, &Shell::contains,  "KEY", "whether a key exists"},
     {"changes",  0, 0, &Shell::changes,   "", "what is pending"},
+    {"watch",    1, 3, &Shell::watch,     "KEY [COUNT [SECONDS]]", "each change of a key, until Ctrl-C"},
     {"export",   0, 1, &Shell::exportXml, "[KEY]", "a subtree as XML"},
     {"import",   1, 1, &Shell::importXml, "FILE", "reads such XML, all or nothing"},
     {"help",     0, 0, &Shell::help,      "", "this list"},
@@ -85,12 +110,13 @@ Shell::Row const Shell::kRows[] = {
 };
 // clang-format on
 
-Shell::Shell(Vantora& host, Printer& printer, int timeoutSeconds)
+Shell::Shell(TracedHost& host, Printer& printer, int timeoutSeconds)
     : mHost(host)
     , mPrinter(printer)
     , mTimeoutSeconds(timeoutSeconds)
     , mApplies(0)
     , mVerbose(false)
+    , mShowsProgress(false)
     , mFinished(false)
     , mHasUnfinishedApply(false)
 {
@@ -99,6 +125,11 @@ Shell::Shell(Vantora& host, Printer& printer, int timeoutSeconds)
 void Shell::setVerbose(bool verbose)
 {
     mVerbose = verbose;
+}
+
+void Shell::setProgressShown(bool isShown)
+{
+    mShowsProgress = isShown;
 }
 
 int Shell::execute(Command const& command)
@@ -163,7 +194,27 @@ void Shell::run(Command const& command, Reply& reply)
     int const count = command.arguments.size();
     if (count < row->fewestArguments || count > row->mostArguments)
         return refuseArguments(*row, reply);
-    (this->*row->run)(command.arguments, reply);
+    {
+        TracedCall call(mHost.trace(), TraceEvent::CommandRun, row->name,
+                        shownText(command.arguments.value(0)));
+        runRow(*row, command.arguments, reply);
+        call.end(reply.code);
+    }
+    if (isInterrupted()) {
+        reply = Reply();
+        complain(reply, kInterrupted, subject(command) + QLatin1String(": interrupted"));
+    }
+}
+
+void Shell::runRow(Row const& row, QStringList const& arguments, Reply& reply)
+{
+    InterruptibleCommand const interruptible;
+    QScopedPointer<Progress> progress;
+    // A watch writes while it runs, and is meant to go on.
+    if (mShowsProgress && row.run != &Shell::watch)
+        progress.reset(new Progress(QLatin1String(row.name) + QLatin1Char(' ')
+                                    + shownText(arguments.value(0))));
+    (this->*row.run)(arguments, reply);
 }
 
 void Shell::refuseArguments(Row const& row, Reply& reply)
@@ -194,6 +245,9 @@ void Shell::listKey(QString const& key, int param, Reply& reply)
         reply.nodes.append(replyNode);
         reply.text += shownName(node.key(), node.value()) + QLatin1Char('\n');
     }
+    if (!isOneValue(result) && Terminal::sShowsOutput())
+        reply.terminalText
+            = Terminal::sInColumns(reply.text.split(QLatin1Char('\n')).mid(0, result.size()));
 }
 
 void Shell::tree(QStringList const& arguments, Reply& reply)
@@ -255,7 +309,7 @@ void Shell::apply(QStringList const& arguments, Reply& reply)
 void Shell::complainOfWait(QString const& key, ApplyWait const& end, Reply& reply)
 {
     if (end.failure().isEmpty())
-        return complain(reply, kApplyTimedOut,
+        return complain(reply, kTimedOut,
                         QString::fromLatin1("%1: not finished after %2 s, no longer waiting")
                             .arg(key)
                             .arg(mTimeoutSeconds));
@@ -305,6 +359,46 @@ void Shell::changes(QStringList const&, Reply& reply)
         reply.nodes.append(node);
         reply.text += QString::fromLatin1("%1 %2\n").arg(
             QLatin1String(kChangeWords[change.value()]), change.key());
+    }
+}
+
+void Shell::diff(QStringList const& arguments, Reply& reply)
+{
+    // Without a key: all that is pending.
+    QString const key = arguments.isEmpty() ? QString() : fullKey(arguments.first());
+    describeCommit(mHost, key, reply);
+}
+
+void Shell::watch(QStringList const& arguments, Reply& reply)
+{
+    bool isCount = true;
+    bool isSeconds = true;
+    // 0: no limit.
+    int const count = arguments.value(1, QLatin1String("0")).toInt(&isCount);
+    int const seconds = arguments.value(2, QLatin1String("0")).toInt(&isSeconds);
+    if (!isCount || !isSeconds || count < 0 || seconds < 0)
+        return refuseArguments(*findRow(QLatin1String("watch")), reply);
+
+    KeyWatch key(mHost, fullKey(arguments.at(0)));
+    reply.code = key.code();
+    QElapsedTimer elapsed;
+    elapsed.start();
+    for (int changes = 0; reply.code == 0 && (count == 0 || changes < count);) {
+        if (seconds > 0 && elapsed.hasExpired(qint64(seconds) * kMillisecondsPerSecond))
+            return complain(reply, kTimedOut,
+                            QString::fromLatin1("%1: no change in %2 s, no longer watching")
+                                .arg(arguments.at(0))
+                                .arg(seconds));
+        if (!nap(kWatchMs))
+            return;
+        Reply change;
+        if (!key.hasChanged(change))
+            continue;
+        ++changes;
+        Command command;
+        command.name = QLatin1String("watch");
+        command.arguments = arguments;
+        mPrinter.print(command, change);
     }
 }
 

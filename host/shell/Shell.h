@@ -7,7 +7,7 @@
 
 class ApplyWait;
 class Printer;
-class Vantora;
+class TracedHost;
 struct Reply;
 
 /// Carries out commands on the host.
@@ -16,10 +16,13 @@ class Shell
 public:
     /// @param host     outlives this object, like `printer`.
     /// @param timeout  how many seconds an apply is waited for.
-    Shell(Vantora& host, Printer& printer, int timeoutSeconds);
+    Shell(TracedHost& host, Printer& printer, int timeoutSeconds);
 
     /// Says after each command, on standard error, what it answered and how long it took.
     void setVerbose(bool verbose);
+
+    /// Shows on the terminal that a command takes long. Not together with a trace.
+    void setProgressShown(bool isShown);
 
     /// Carries out and prints one command.
     ///
@@ -50,6 +53,7 @@ private:
     static void refuseArguments(Row const& row, Reply& reply);
 
     void run(Command const& command, Reply& reply);
+    void runRow(Row const& row, QStringList const& arguments, Reply& reply);
 
     void get(QStringList const& arguments, Reply& reply);
     void list(QStringList const& arguments, Reply& reply);
@@ -62,6 +66,8 @@ private:
     void apply(QStringList const& arguments, Reply& reply);
     void contains(QStringList const& arguments, Reply& reply);
     void changes(QStringList const& arguments, Reply& reply);
+    void diff(QStringList const& arguments, Reply& reply);
+    void watch(QStringList const& arguments, Reply& reply);
     void exportXml(QStringList const& arguments, Reply& reply);
     void importXml(QStringList const& arguments, Reply& reply);
     void help(QStringList const& arguments, Reply& reply);
@@ -73,11 +79,12 @@ private:
     bool isOver(QString const& command);
     void forgetApply(QString const& command);
 
-    Vantora& mHost;
+    TracedHost& mHost;
     Printer& mPrinter;
     int const mTimeoutSeconds;
     int mApplies;
     bool mVerbose;
+    bool mShowsProgress;
     bool mFinished;
     bool mHasUnfinishedApply;
 };

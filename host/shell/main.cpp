@@ -5,10 +5,14 @@
 #include "shell/CommandSource.h"
 #include "shell/Events.h"
 #include "shell/ExitStatus.h"
+#include "shell/Interrupt.h"
 #include "shell/Options.h"
 #include "shell/Printer.h"
 #include "shell/Prompt.h"
 #include "shell/Shell.h"
+#include "shell/Terminal.h"
+#include "shell/Trace.h"
+#include "shell/TracedHost.h"
 
 #include <vantora/abstractplugin.h>
 
@@ -16,6 +20,7 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QScopedPointer>
+#include <QVariant>
 
 #include <cstdlib>
 
@@ -24,6 +29,16 @@
 namespace {
 
 char const* const kInMemory = ":memory:";
+
+// Where a plugin looks for whom to tell.
+char const* const kListenerProperty = "activityListener";
+
+/// Has a plugin tell what it does beside its backend calls, if it can.
+void reportActivity(AbstractPlugin& plugin, Trace& trace)
+{
+    if (QObject* const object = dynamic_cast<QObject*>(&plugin))
+        object->setProperty(kListenerProperty, QVariant::fromValue<QObject*>(&trace));
+}
 
 // What the command line left open is taken from where the program is installed.
 void completeFromInstallation(Options& options)
@@ -43,20 +58,23 @@ void completeFromInstallation(Options& options)
 }
 
 bool loadPlugins(Options const& options, QString const& baseDir, PluginLoader& loader,
-                 RegistryHost& host, QString& error)
+                 RegistryHost& host, TracedHost& tracedHost, QString& error)
 {
     for (QString const& file : options.plugins) {
         AbstractPlugin* const plugin = loader.load(file, error);
         if (!plugin)
             return false;
-        plugin->pluginIsLoaded(host, host.defaultSettings(), QCoreApplication::applicationName(),
-                               baseDir);
+        reportActivity(*plugin, tracedHost.trace());
+        plugin->pluginIsLoaded(tracedHost, host.defaultSettings(),
+                               QCoreApplication::applicationName(), baseDir);
         host.addPlugin(*plugin);
+        tracedHost.pending().addPluginRoot(plugin->rootDir());
     }
     return true;
 }
 
-bool startHost(Options const& options, PluginLoader& loader, RegistryHost& host, QString& error)
+bool startHost(Options const& options, PluginLoader& loader, RegistryHost& host,
+               TracedHost& tracedHost, QString& error)
 {
     QString const baseDir = QDir::cleanPath(QDir::current().absoluteFilePath(options.baseDir));
     QStringList const directories = defaultsDirectories(options.defaults, baseDir);
@@ -66,7 +84,8 @@ bool startHost(Options const& options, PluginLoader& loader, RegistryHost& host,
     }
     QString const registryFile
         = options.registryFile.isEmpty() ? QString::fromLatin1(kInMemory) : options.registryFile;
-    return host.open(registryFile, error) && loadPlugins(options, baseDir, loader, host, error);
+    return host.open(registryFile, error)
+        && loadPlugins(options, baseDir, loader, host, tracedHost, error);
 }
 
 QString historyFile(Options const& options)
@@ -87,7 +106,7 @@ bool isAtPrompt(Options const& options)
 }
 
 /// The caller owns the answer.
-CommandSource* makeSource(Options const& options, RegistryHost& host)
+CommandSource* makeSource(Options const& options, Vantora& host)
 {
     if (isAtPrompt(options))
         return new Prompt(host, historyFile(options));
@@ -119,6 +138,13 @@ void echoInput(CommandSource::Input const& input)
     writeOutput(QLatin1String(isEmpty(input) ? "" : "> ") + input.line + QLatin1Char('\n'));
 }
 
+Trace::Format traceFormat(Options const& options)
+{
+    if (!options.trace)
+        return Trace::Silent;
+    return options.json ? Trace::JsonLines : Trace::Text;
+}
+
 /// @return the code of the last command, or of the first that failed.
 int runCommands(CommandSource& source, Shell& shell, Options const& options)
 {
@@ -143,18 +169,23 @@ int runCommands(CommandSource& source, Shell& shell, Options const& options)
 int serve(Options const& options)
 {
     // In this order: the plugins go before the host that serves them.
+    Trace trace(traceFormat(options));
     RegistryHost host;
+    TracedHost tracedHost(host, trace);
     PluginLoader loader;
     QString error;
-    if (!startHost(options, loader, host, error)) {
+    if (!startHost(options, loader, host, tracedHost, error)) {
         writeMessage(QLatin1String("vantora-shell: ") + error);
         return kHostUnavailable;
     }
 
     QScopedPointer<Printer> const printer(makePrinter(options));
     QScopedPointer<CommandSource> source(makeSource(options, host));
-    Shell shell(host, *printer, options.timeoutSeconds);
+    Shell shell(tracedHost, *printer, options.timeoutSeconds);
     shell.setVerbose(options.verbose);
+    shell.setProgressShown(!options.trace && Terminal::sShowsProgress());
+    if (isAtPrompt(options))
+        catchInterrupts();
     int const code = runCommands(*source, shell, options);
     if (shell.hasUnfinishedApply()) {
         // Its threads still use the host: nothing may be taken down under them. What was committed

@@ -105,7 +105,7 @@ QDBusInterface* newProxy(QString const& path, QString const& interface)
     ObservedCall const call;
     QDBusInterface* const proxy = new QDBusInterface(kService, path, interface, systemBus());
     // It has asked what the object is like.
-    call.end(path, kIntrospect, proxy->isValid() ? QDBusError() : systemBus().lastError());
+    call.end(path, kIntrospect, proxy->isValid() ? proxy->lastError() : systemBus().lastError());
     return proxy;
 }
 

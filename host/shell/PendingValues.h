@@ -1,0 +1,34 @@
+#pragma once
+
+#include <QMap>
+#include <QString>
+#include <QStringList>
+
+#include <mutex>
+
+/// What was set and created and waits for its commit, key by key. The registry and the plugins do
+/// not tell: the one names its pending keys only, the others say nothing. Any thread may call this.
+class PendingValues
+{
+public:
+    /// The keys at or under `root` are a plugin's. Call before the first request.
+    void addPluginRoot(QString const& root);
+
+    /// @param value  null for a key that is created.
+    void add(QString const& key, QString const& value);
+
+    void committed(QString const& key);
+
+    /// A plugin that is asked through a key above its root drops nothing.
+    void rolledBack(QString const& key);
+
+    /// What is pending at or under `key`; all if it is empty.
+    QMap<QString, QString> under(QString const& key) const;
+
+    bool isPlugins(QString const& key) const;
+
+private:
+    QStringList mPluginRoots;
+    QMap<QString, QString> mValues;
+    mutable std::mutex mMutex;
+};

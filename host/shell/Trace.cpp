@@ -1,0 +1,276 @@
+#include "shell/Trace.h"
+
+#include "shell/Json.h"
+#include "shell/Printer.h"
+
+#include <chrono>
+#include <vector>
+
+namespace {
+
+typedef std::chrono::steady_clock Clock;
+
+char const* const kKinds[] = {"command", "backend", "script", "bus"};
+int const kIndent = 2;
+
+// What a thread that was started for a command does, is done for a backend call of it.
+int const kDepthInBackground = 2;
+
+struct OpenCall
+{
+    TraceEvent event;
+    Clock::time_point start;
+    // Its line is written, because there was something to write below it.
+    bool isAnnounced;
+};
+
+struct ThreadState
+{
+    int command;
+    int depth;
+    std::vector<OpenCall> open;
+    QList<TraceEvent>* record;
+};
+
+thread_local ThreadState tState = {0, 0, std::vector<OpenCall>(), nullptr};
+
+TraceEvent emptyEvent(TraceEvent::Kind kind)
+{
+    TraceEvent const event = {kind, 0, 0, QString(), QString(), 0, QString(), true, 0.0, 0, false};
+    return event;
+}
+
+QString lead(TraceEvent const& event)
+{
+    return QString::fromLatin1("%1: ").arg(event.command)
+        + QString(event.depth * kIndent, QLatin1Char(' '));
+}
+
+QString callText(TraceEvent const& event)
+{
+    return shownText(event.subject.isEmpty() ? event.operation
+                                             : event.operation + QLatin1Char(' ') + event.subject);
+}
+
+QString outcome(TraceEvent const& event)
+{
+    switch (event.kind) {
+    case TraceEvent::ScriptRun:
+        return event.ending == QLatin1String("exited")
+            ? QString::fromLatin1("exit code %1").arg(event.code)
+            : event.ending;
+    case TraceEvent::BusCall:
+        return event.ending.isNull() ? QString::fromLatin1("answered") : shownText(event.ending);
+    default:
+        return QString::fromLatin1("code %1").arg(event.code);
+    }
+}
+
+QString textLine(TraceEvent const& event, bool wasAnnounced)
+{
+    QString line = lead(event);
+    if (event.kind == TraceEvent::ScriptRun)
+        line += QLatin1String("script ") + shownText(event.subject) + QLatin1String(": ");
+    else if (event.kind == TraceEvent::BusCall)
+        line += QLatin1String("bus ") + event.operation + QLatin1Char(' ') + event.subject
+            + QLatin1String(": ");
+    else
+        line += wasAnnounced ? QString::fromLatin1("= ") : callText(event) + QLatin1String(": ");
+    line += outcome(event) + QString::fromLatin1(", %1 ms").arg(event.milliseconds, 0, 'f', 1);
+    if (event.kind == TraceEvent::ScriptRun)
+        line += QString::fromLatin1(", %1 bytes").arg(event.outputBytes);
+    return line;
+}
+
+void addScript(TraceEvent const& event, Json& object)
+{
+    object["script"] = utf8(event.subject);
+    object["ending"] = utf8(event.ending);
+    object["exit_code"] = event.code;
+    object["success"] = event.isSuccess;
+    object["output_bytes"] = event.outputBytes;
+}
+
+void addBusCall(TraceEvent const& event, Json& object)
+{
+    object["path"] = utf8(event.subject);
+    object["method"] = utf8(event.operation);
+    if (!event.ending.isNull())
+        object["error"] = utf8(event.ending);
+}
+
+void addCall(TraceEvent const& event, Json& object)
+{
+    object["operation"] = utf8(event.operation);
+    object["subject"] = utf8(event.subject);
+    object["code"] = event.code;
+}
+
+QString jsonLine(TraceEvent const& event)
+{
+    Json object;
+    object["command"] = event.command;
+    object["depth"] = event.depth;
+    object["kind"] = kKinds[event.kind];
+    if (event.kind == TraceEvent::ScriptRun)
+        addScript(event, object);
+    else if (event.kind == TraceEvent::BusCall)
+        addBusCall(event, object);
+    else
+        addCall(event, object);
+    object["milliseconds"] = event.milliseconds;
+    return jsonText(object);
+}
+
+} // namespace
+
+Trace::Trace(Format format)
+    : mFormat(format)
+    , mLastCommand(0)
+{
+}
+
+bool Trace::isActive() const
+{
+    return mFormat != Silent || tState.record;
+}
+
+void Trace::begin(TraceEvent::Kind kind, QString const& operation, QString const& subject)
+{
+    ThreadState& state = tState;
+    OpenCall call = {emptyEvent(kind), Clock::now(), false};
+    if (kind == TraceEvent::CommandRun)
+        state.command = ++mLastCommand;
+    else if (state.command == 0)
+        resumeCommandToEnd(subject);
+    call.event.command = state.command;
+    call.event.depth = state.depth++;
+    call.event.operation = operation;
+    call.event.subject = subject;
+    state.open.push_back(call);
+}
+
+void Trace::end(int code, bool hasValue)
+{
+    ThreadState& state = tState;
+    OpenCall call = state.open.back();
+    state.open.pop_back();
+    --state.depth;
+    if (call.event.kind == TraceEvent::CommandRun)
+        state.command = 0;
+    call.event.code = code;
+    call.event.hasValue = hasValue;
+    call.event.milliseconds
+        = std::chrono::duration<double, std::milli>(Clock::now() - call.start).count();
+    if (isActive())
+        add(call.event, call.isAnnounced);
+}
+
+void Trace::expectEnd(QString const& notified)
+{
+    std::lock_guard<std::mutex> const guard(mMutex);
+    mNotified.insert(notified, currentRequest());
+}
+
+/// Lets a thread that notifies of the end of an apply belong to the command that waits for it.
+void Trace::resumeCommandToEnd(QString const& notified)
+{
+    std::lock_guard<std::mutex> const guard(mMutex);
+    if (mNotified.contains(notified))
+        resumeRequest(mNotified.value(notified));
+}
+
+void Trace::record(QList<TraceEvent>* events)
+{
+    tState.record = events;
+}
+
+int Trace::currentRequest() const
+{
+    return tState.command;
+}
+
+void Trace::resumeRequest(int command)
+{
+    tState.command = command;
+    tState.depth = kDepthInBackground;
+}
+
+void Trace::scriptHasRun(QString const& script, QString const& ending, int exitCode, bool isSuccess,
+                         int milliseconds, qlonglong outputBytes)
+{
+    if (!isActive())
+        return;
+    TraceEvent event = emptyEvent(TraceEvent::ScriptRun);
+    event.subject = script;
+    event.ending = ending;
+    event.code = exitCode;
+    event.isSuccess = isSuccess;
+    event.milliseconds = milliseconds;
+    event.outputBytes = outputBytes;
+    addInside(event);
+}
+
+void Trace::busCallHasEnded(QString const& path, QString const& member, QString const& error,
+                            int milliseconds)
+{
+    if (!isActive())
+        return;
+    TraceEvent event = emptyEvent(TraceEvent::BusCall);
+    event.operation = member;
+    event.subject = path;
+    event.ending = error;
+    event.milliseconds = milliseconds;
+    addInside(event);
+}
+
+void Trace::addInside(TraceEvent& event)
+{
+    event.command = tState.command;
+    event.depth = tState.depth;
+    add(event, false);
+}
+
+void Trace::add(TraceEvent const& event, bool wasAnnounced)
+{
+    if (event.command == 0)
+        return;
+    if (mFormat == Text) {
+        announceOpenCalls();
+        writeMessage(textLine(event, wasAnnounced));
+    } else if (mFormat == JsonLines) {
+        writeMessage(jsonLine(event));
+    }
+    if (tState.record)
+        tState.record->append(event);
+}
+
+void Trace::announceOpenCalls()
+{
+    for (OpenCall& call : tState.open) {
+        if (!call.isAnnounced)
+            writeMessage(lead(call.event) + callText(call.event));
+        call.isAnnounced = true;
+    }
+}
+
+TracedCall::TracedCall(Trace& trace, TraceEvent::Kind kind, char const* operation,
+                       QString const& subject)
+    : mTrace(trace)
+    , mCode(0)
+    , mHasValue(false)
+{
+    mTrace.begin(kind, QLatin1String(operation), subject);
+}
+
+TracedCall::~TracedCall()
+{
+    mTrace.end(mCode, mHasValue);
+}
+
+int TracedCall::end(int code, bool hasValue)
+{
+    mCode = code;
+    mHasValue = hasValue;
+    return code;
+}
