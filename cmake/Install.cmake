@@ -32,6 +32,8 @@ install(TARGETS vantora-headers vantora vantoraclient
         NAMELINK_COMPONENT dev)
 install(TARGETS ${programs} RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}" COMPONENT host)
 install(FILES share/defaults/platform.xml DESTINATION "${data_dir}/defaults" COMPONENT host)
+install(DIRECTORY share/bash-completion/
+    DESTINATION "${CMAKE_INSTALL_DATADIR}/bash-completion/completions" COMPONENT host)
 set(world_dir "${CMAKE_INSTALL_LIBEXECDIR}/vantora/world")
 install(DIRECTORY host/world/ DESTINATION "${world_dir}" COMPONENT host USE_SOURCE_PERMISSIONS)
 file(RELATIVE_PATH world "${CMAKE_INSTALL_FULL_BINDIR}"
