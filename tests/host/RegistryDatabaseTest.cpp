@@ -1,4 +1,5 @@
 #include "host/OpenRegistry.h"
+#include "support/DiskSyncs.h"
 #include "support/TestDirectory.h"
 
 #include <signal.h>
@@ -12,6 +13,7 @@ class RegistryDatabaseTest : public QObject
 
 private slots:
     void committedValuesAreThereAgain();
+    void everyCommitIsOnTheDiskWhenItIsDone();
     void uncommittedChangesAreGone();
     void everyTextComesBackAsItWas_data();
     void everyTextComesBackAsItWas();
@@ -164,6 +166,19 @@ void RegistryDatabaseTest::committedValuesAreThereAgain()
     QCOMPARE(registry.create(kSession), 0);
     QCOMPARE(registry.commit(kSession), 0);
     QCOMPARE(registry.answer(kSession + "/label"), QString::fromLatin1("3 "));
+}
+
+void RegistryDatabaseTest::everyCommitIsOnTheDiskWhenItIsDone()
+{
+    TestDirectory scratch;
+    OpenRegistry registry(scratch.file("registry.db"));
+    // The first commits of a file sync what later ones need not.
+    for (char const* const value : {"0", "1", "0"}) {
+        QCOMPARE(registry.set(kUsb, value), 0);
+        int const before = diskSyncs();
+        QCOMPARE(registry.commit(kUsb), 0);
+        QVERIFY2(diskSyncs() > before, value);
+    }
 }
 
 void RegistryDatabaseTest::uncommittedChangesAreGone()

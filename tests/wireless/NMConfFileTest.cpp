@@ -1,5 +1,6 @@
 #include "wireless/NMConfFile.h"
 
+#include "support/DiskSyncs.h"
 #include "support/TestDirectory.h"
 #include "wireless/WarningRecorder.h"
 
@@ -151,6 +152,7 @@ private slots:
     void fileThatOthersCouldReadIsForItsOwnerOnly();
     void fileStaysAsItWasWhenItsWritingIsCutOff();
     void fileThatALinkLeadsToIsWritten();
+    void syncedFileIsOnTheDisk();
     void syncReplacesALongerFile();
     void textThatIsMissingIsEmptyAndNotNull();
     void loadingAgainReplacesWhatTheFileHoldsAndKeepsTheRest();
@@ -660,6 +662,14 @@ void NMConfFileTest::fileThatALinkLeadsToIsWritten()
 
     QVERIFY(QFileInfo(link).isSymLink());
     QVERIFY(!NMConfFile(path).autoconnect());
+}
+
+void NMConfFileTest::syncedFileIsOnTheDisk()
+{
+    TestDirectory const directory;
+    int const before = diskSyncs();
+    NMConfFile(directory.path() + "/" + kFileName).sync();
+    QVERIFY(diskSyncs() > before);
 }
 
 void NMConfFileTest::syncReplacesALongerFile()
