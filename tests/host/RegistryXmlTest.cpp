@@ -9,10 +9,12 @@ private slots:
     void exportOfAValue();
     void exportOfASession();
     void exportListsSessionsInOrderOfCreation();
+    void sessionsOfEarlierHostsAreOlder();
     void exportOfUnknownKeyLeavesTheDataAlone_data();
     void exportOfUnknownKeyLeavesTheDataAlone();
     void importOfAnExport_data();
     void importOfAnExport();
+    void importedSessionsKeepTheirOrder();
     void importIsCommittedAtOnce();
     void importSetsWhatItListsAndLeavesTheRest();
     void importTakesTheLaterOfTwo();
@@ -121,6 +123,21 @@ void RegistryXmlTest::exportListsSessionsInOrderOfCreation()
     QVERIFY(!data.contains("{UUID}"));
 }
 
+void RegistryXmlTest::sessionsOfEarlierHostsAreOlder()
+{
+    TestDirectory scratch;
+    // The one created first sorts behind the other.
+    for (QString const& session : {kSecond, kFirst}) {
+        OpenRegistry registry(scratch.file("registry.db"));
+        registry.addSession(kRdp + "/" + session, "a session");
+    }
+    OpenRegistry registry(scratch.file("registry.db"));
+    QByteArray data;
+    QCOMPARE(registry.exportRegistry(kRdp, data), 0);
+    int const first = data.indexOf(kSecond.toLatin1());
+    QVERIFY(first > 0 && data.indexOf(kFirst.toLatin1()) > first);
+}
+
 void RegistryXmlTest::exportOfUnknownKeyLeavesTheDataAlone_data()
 {
     QTest::addColumn<QString>("key");
@@ -180,6 +197,21 @@ void RegistryXmlTest::importOfAnExport()
     QByteArray again;
     QCOMPARE(target.exportRegistry("root", again), 0);
     QVERIFY(again == data);
+}
+
+void RegistryXmlTest::importedSessionsKeepTheirOrder()
+{
+    OpenRegistry source;
+    source.addSession(kRdp + "/" + kSecond, "older");
+    source.addSession(kSession, "younger");
+    QByteArray data;
+    QCOMPARE(source.exportRegistry("root", data), 0);
+
+    OpenRegistry target;
+    QCOMPARE(target.importRegistry(data), 0);
+    QByteArray again;
+    QCOMPARE(target.exportRegistry("root", again), 0);
+    QCOMPARE(again, data);
 }
 
 void RegistryXmlTest::importIsCommittedAtOnce()
