@@ -6,7 +6,16 @@
 #include <QScopedPointer>
 #include <QSystemSemaphore>
 
+#include <atomic>
+#include <functional>
+#include <thread>
+
+typedef void (*Request)(OpenRegistry& registry);
+Q_DECLARE_METATYPE(Request)
+
 namespace {
+
+int const kTurnMs = 50;
 
 QString const kUsb = QLatin1String("root/USB/root/mass-storage/allowed");
 
@@ -23,6 +32,8 @@ public:
     }
 
     QStringList mNotes;
+    QStringList mPendingAtCommit;
+    std::function<void()> mWhileAsked;
     bool mIsHidden;
 
     QString rootDir() const override { return mRoot; }
@@ -44,6 +55,8 @@ public:
 
     int contains(QString const& key) override
     {
+        if (mWhileAsked)
+            mWhileAsked();
         return note(QLatin1String("contains ") + key, key);
     }
 
@@ -51,6 +64,9 @@ public:
     {
         // As a plugin does that stands for keys of the registry.
         if (mBackend) {
+            QMap<QString, _RegEntryChange> changes;
+            mBackend->changes(changes);
+            mPendingAtCommit = changes.keys();
             mBackend->set(kUsb, QLatin1String("off"), REG_PARAM_VALUE);
             mBackend->commit(kUsb);
         }
@@ -137,6 +153,8 @@ private slots:
     void otherPlacesOfTheRoot_data();
     void otherPlacesOfTheRoot();
     void twoPlugins();
+    void requestsTakeTurns_data();
+    void requestsTakeTurns();
 
 private:
     QScopedPointer<OpenRegistry> mRegistry;
@@ -261,6 +279,7 @@ void RegistryRoutingTest::commitOfAnAncestorComesAfterThePlugins()
     QCOMPARE(mRegistry->commit("root"), 0);
     QCOMPARE(mRegistry->answer(kUsb), QString::fromLatin1("2 off"));
     QCOMPARE(mRegistry->answer(other), QString::fromLatin1("2 1"));
+    QVERIFY(mPlugin->mPendingAtCommit.contains(other));
 }
 
 void RegistryRoutingTest::rollbackOfAnAncestorGoesToAll()
@@ -362,6 +381,52 @@ void RegistryRoutingTest::twoPlugins()
              QStringList() << "del root/second/x"
                            << "commit root");
     QVERIFY(mRegistry->answers("root").contains("0 root/second"));
+}
+
+void RegistryRoutingTest::requestsTakeTurns_data()
+{
+    QTest::addColumn<Request>("request");
+
+    QTest::newRow("set") << Request([](OpenRegistry& registry) { registry.set(kUsb, "0"); });
+    QTest::newRow("get") << Request([](OpenRegistry& registry) { registry.answer(kUsb); });
+    QTest::newRow("contains") << Request([](OpenRegistry& registry) { registry.contains(kUsb); });
+    QTest::newRow("commit") << Request([](OpenRegistry& registry) { registry.commit(kUsb); });
+    QTest::newRow("apply") << Request([](OpenRegistry& registry) { registry.apply(kUsb, ""); });
+    QTest::newRow("clone") << Request([](OpenRegistry& registry) { registry.clone(kUsb, kUsb); });
+    QTest::newRow("rollback") << Request([](OpenRegistry& registry) { registry.rollback(kUsb); });
+    QTest::newRow("changes") << Request([](OpenRegistry& registry) { registry.pending(); });
+    QTest::newRow("create") << Request([](OpenRegistry& registry) { registry.create(kUsb); });
+    QTest::newRow("del") << Request([](OpenRegistry& registry) { registry.del(kUsb); });
+    QTest::newRow("import") << Request([](OpenRegistry& registry) {
+        QByteArray nothing;
+        registry.importRegistry(nothing);
+    });
+    QTest::newRow("export") << Request([](OpenRegistry& registry) {
+        QByteArray data;
+        registry.exportRegistry(kUsb, data);
+    });
+}
+
+// Another thread's request is only carried out when the one under way has ended.
+void RegistryRoutingTest::requestsTakeTurns()
+{
+    QFETCH(Request, request);
+
+    std::atomic<bool> isDone(false);
+    bool wasDoneMeanwhile = false;
+    std::thread other;
+    mPlugin->mWhileAsked = [&] {
+        other = std::thread([&] {
+            request(*mRegistry);
+            isDone = true;
+        });
+        QTest::qSleep(kTurnMs);
+        wasDoneMeanwhile = isDone;
+    };
+    mRegistry->contains("root/zelvo-view");
+    other.join();
+    QVERIFY(!wasDoneMeanwhile);
+    QVERIFY(isDone);
 }
 
 QTEST_MAIN(RegistryRoutingTest)

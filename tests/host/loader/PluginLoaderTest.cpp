@@ -34,12 +34,19 @@ private slots:
     void goodModuleGivesItsPlugin();
     void relativePathIsTakenFromTheWorkingDirectory();
     void pluginIsDeletedWithItsLoader();
+    void pluginsAreDeletedInTheReverseOrder();
     void moduleIsNotLoadedTwice();
     void moduleIsUsableAfterItsPluginIsGone();
     void badModuleIsAMessage_data();
     void badModuleIsAMessage();
     void fileThatIsNoModuleIsAMessage_data();
     void fileThatIsNoModuleIsAMessage();
+
+public slots:
+    void noteDeletion() { mDeleted.append(sender()->objectName()); }
+
+private:
+    QStringList mDeleted;
 };
 
 void PluginLoaderTest::goodModuleGivesItsPlugin()
@@ -74,6 +81,24 @@ void PluginLoaderTest::pluginIsDeletedWithItsLoader()
         QVERIFY(plugin);
     }
     QVERIFY(plugin.isNull());
+}
+
+void PluginLoaderTest::pluginsAreDeletedInTheReverseOrder()
+{
+    mDeleted.clear();
+    {
+        PluginLoader loader;
+        for (char const* const name : {"good", "second"}) {
+            QString error;
+            QObject* const plugin = object(loader.load(module(name), error));
+            QVERIFY2(plugin, qPrintable(error));
+            plugin->setObjectName(name);
+            connect(plugin, SIGNAL(destroyed()), SLOT(noteDeletion()));
+        }
+    }
+    QCOMPARE(mDeleted,
+             QStringList() << "second"
+                           << "good");
 }
 
 void PluginLoaderTest::moduleIsNotLoadedTwice()
