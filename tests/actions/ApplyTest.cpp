@@ -20,6 +20,7 @@
 #include <QThreadPool>
 #include <QtTest>
 
+#include <atomic>
 #include <functional>
 #include <thread>
 #include <vector>
@@ -111,6 +112,7 @@ private slots:
     void offersAreTrimmed_data();
     void offersAreTrimmed();
     void offersFromSeveralThreads();
+    void offerWaitsForItsTurn();
 
     void highestOfARequestRunsOnce_data();
     void highestOfARequestRunsOnce();
@@ -126,11 +128,13 @@ private slots:
     void handOverFileThatCannotBeOpenedKeepsTheCommandFromRunning();
     void handOverFileThatIsAPipeIsNotWaitedFor();
     void commandIsTakenOnceByTasksThatEndTogether();
+    void commandIsTakenInItsTurn();
 
     void requestReturnsBeforeItsScriptsHaveRun();
     void requestTakesItsPoolOffTheStack();
     void endIsToldOnce_data();
     void endIsToldOnce();
+    void endBeforeAnybodyWaitsIsNotMissed();
     void endIsToldThoughTheBackendRefuses();
     void nobodyIsToldWithoutAKey();
     void handOverIsDoneWhenTheEndIsTold();
@@ -486,6 +490,22 @@ void ApplyTest::offersFromSeveralThreads()
     QCOMPARE(pendingCommand(), QString("logout"));
 }
 
+void ApplyTest::offerWaitsForItsTurn()
+{
+    std::atomic<bool> isOffered(false);
+    QMutexLocker locker(&DefaultApplyAction::smLastApplyCommandMutex);
+    std::thread offering([&isOffered] {
+        DefaultApplyAction::sSetLastApplyCommand("logout");
+        isOffered = true;
+    });
+    QTest::qWait(kSettleMs);
+    bool const wasOffered = isOffered;
+    locker.unlock();
+    offering.join();
+    QVERIFY(!wasOffered);
+    QCOMPARE(pendingCommand(), QString("logout"));
+}
+
 void ApplyTest::highestOfARequestRunsOnce_data()
 {
     QTest::addColumn<QStringList>("commands");
@@ -700,6 +720,18 @@ void ApplyTest::commandIsTakenOnceByTasksThatEndTogether()
     QCOMPARE(startedCommands(), QStringList() << "wlox-logoff");
 }
 
+void ApplyTest::commandIsTakenInItsTurn()
+{
+    setPendingCommand("logout");
+    QMutexLocker locker(&DefaultApplyAction::smLastApplyCommandMutex);
+    apply(*mTop);
+    QTest::qWait(kSettleMs);
+    QStringList const started = startedCommands();
+    locker.unlock();
+    QCOMPARE(started, QStringList());
+    QVERIFY(waitUntil([] { return startedCommands() == QStringList("wlox-logoff"); }));
+}
+
 void ApplyTest::requestReturnsBeforeItsScriptsHaveRun()
 {
     ReleaseCounter const counter(kDoneKey);
@@ -749,6 +781,24 @@ void ApplyTest::endIsToldOnce()
     QCOMPARE(mBackend->calls(),
              QStringList() << QString("set ") + kDoneKey + " 0" << QString("commit ") + kDoneKey);
     QCOMPARE(startedCommands(), started);
+}
+
+void ApplyTest::endBeforeAnybodyWaitsIsNotMissed()
+{
+    QSystemSemaphore semaphore(kDoneKey, 0, QSystemSemaphore::Create);
+    apply(*mTop, kDoneKey);
+    QVERIFY(waitUntilIdle());
+
+    std::atomic<bool> isAcquired(false);
+    std::thread waiting([&semaphore, &isAcquired] {
+        semaphore.acquire();
+        isAcquired = true;
+    });
+    bool const wasAcquired = waitUntil([&isAcquired] { return isAcquired.load(); });
+    // Else the thread would wait for ever.
+    semaphore.release();
+    waiting.join();
+    QVERIFY(wasAcquired);
 }
 
 void ApplyTest::endIsToldThoughTheBackendRefuses()
