@@ -593,6 +593,7 @@ void ActionKitTest::translateUuid_data()
     QTest::newRow("UUID at the end") << "a/" + uuid << "a/{uuid}";
     QTest::newRow("UUID alone") << uuid << "{uuid}";
     QTest::newRow("two UUIDs") << uuid + "/a/" + kOtherUuid << "{uuid}/a/{uuid}";
+    QTest::newRow("two UUIDs side by side") << uuid + "/" + kOtherUuid << "{uuid}/{uuid}";
     QTest::newRow("without braces") << "a/11111111-1111-1111-1111-111111111111"
                                     << "a/{uuid}";
     QTest::newRow("in capitals") << "a/{ABCDEFAB-CDEF-ABCD-EFAB-CDEFABCDEFAB}"

@@ -52,6 +52,8 @@ private slots:
     void keyThatACommitLookedUpIsNotLeftBehind();
 
     void rootCommitsEverythingAndForgetsIt();
+    void committedValueIsNotKept_data();
+    void committedValueIsNotKept();
     void rootUnknownToTheDefaultSettingsAnswersOneAllTheSame();
     void ancestorsCommitEverythingAndAnswerOne();
     void strangersKeysCommitNothing_data();
@@ -366,6 +368,29 @@ void SetBufferTest::rootCommitsEverythingAndForgetsIt()
     QCOMPARE(scene.commit(root), 0);
     QCOMPARE(scene.commits(), QStringList() << "ssid=Home");
     QCOMPARE(scene.backend.calls("commit"), QStringList());
+}
+
+void SetBufferTest::committedValueIsNotKept_data()
+{
+    QTest::addColumn<QString>("key");
+
+    QTest::newRow("with its key") << "/radio/ssid";
+    QTest::newRow("with its branch") << "/radio";
+    QTest::newRow("with the root") << "";
+}
+
+void SetBufferTest::committedValueIsNotKept()
+{
+    QFETCH_GLOBAL(QString, root);
+    QFETCH(QString, key);
+
+    PluginScene scene(root);
+    QString const value(100, QLatin1Char('x'));
+    QCOMPARE(scene.set(scene.at("radio/ssid"), value), 0);
+    // Whoever keeps a text shares it.
+    QVERIFY(!value.isDetached());
+    QCOMPARE(scene.commit(root + key), 0);
+    QVERIFY(value.isDetached());
 }
 
 void SetBufferTest::rootUnknownToTheDefaultSettingsAnswersOneAllTheSame()

@@ -1,5 +1,6 @@
 #include "plugin/ZelvoView.h"
 
+#include "actions/IConfigAction.h"
 #include "plugin/PluginScene.h"
 #include "support/Footprint.h"
 #include "support/Waiting.h"
@@ -32,6 +33,17 @@ public:
     void commit() override { }
     void apply() override { }
     IConfigEntry* clone() override { return new OddEntry; }
+};
+
+/// Hides one session.
+class HidingAction : public IConfigAction
+{
+public:
+    bool execute(IConfigEntry const& entry, QVariant& data) override
+    {
+        data = entry.name() != kUuid;
+        return true;
+    }
 };
 
 /// Default settings in which a session template stands beside the key "odd" that is asked for.
@@ -101,6 +113,7 @@ private slots:
     void hiddenKeyIsNotHandled_data();
     void hiddenKeyIsNotHandled();
     void hiddenChildIsNotListed();
+    void registeredActionIsAskedForEachSession();
     void hiddenKeyIsHandledAgainWhenItIsShown();
 
     void contains_data();
@@ -610,6 +623,18 @@ void ZelvoViewTest::hiddenChildIsNotListed()
     scene.hide("/rdp/sessions/{uuid}");
     QCOMPARE(scene.get(scene.at("rdp/sessions"), &answer), 0);
     QCOMPARE(answer, QStringList());
+}
+
+void ZelvoViewTest::registeredActionIsAskedForEachSession()
+{
+    PluginScene scene("root/zelvo-view");
+    scene.addSessions("rdesktop", QStringList() << kUuid << kOtherUuid);
+    HidingAction action;
+    ActionKit::instance()->registerIsVisibleAction("zelvo-view/rdp/sessions/{uuid}", &action);
+    QString const sessions = scene.at("rdp/sessions");
+    QStringList answer;
+    QCOMPARE(scene.get(sessions, &answer), 0);
+    QCOMPARE(answer, QStringList() << "dir " + sessions + "/" + kOtherUuid);
 }
 
 void ZelvoViewTest::hiddenKeyIsHandledAgainWhenItIsShown()
