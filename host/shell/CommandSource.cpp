@@ -4,6 +4,34 @@
 
 #include <cstdio>
 
+#include <pthread.h>
+#include <signal.h>
+
+namespace {
+
+/// Keeps the end of a child process from interrupting what this thread reads: the toolkit takes that
+/// for the end of the input. Other threads, or this one afterwards, are told of it.
+class WithoutChildSignals
+{
+public:
+    WithoutChildSignals()
+    {
+        sigset_t childEnds;
+        sigemptyset(&childEnds);
+        sigaddset(&childEnds, SIGCHLD);
+        pthread_sigmask(SIG_BLOCK, &childEnds, &mFormer);
+    }
+
+    ~WithoutChildSignals() { pthread_sigmask(SIG_SETMASK, &mFormer, nullptr); }
+
+private:
+    Q_DISABLE_COPY(WithoutChildSignals)
+
+    sigset_t mFormer;
+};
+
+} // namespace
+
 CommandSource::~CommandSource()
 {
 }
@@ -39,6 +67,7 @@ StreamSource::StreamSource()
 
 bool StreamSource::next(Input& input)
 {
+    WithoutChildSignals const guard;
     QByteArray line = mFile.readLine();
     if (line.isEmpty())
         return false;
