@@ -279,11 +279,12 @@ int ZelvoView::create(QString const& key, _RegEntryType const&)
 
     // The session alone waits for the commit; its keys do when they are set.
     deleteChildren(*session);
-    mCreatedSessions.insert(session->path());
     IConfigEntry const* const pending = addToSetBuffer(tree, key);
+    if (!pending)
+        return kNotHandled;
+    mCreatedSessions.insert(pending);
     QVariant nothing;
-    bool const created = pending && ActionKit::instance()->createAction(*pending, nothing);
-    return created ? kDone : kNotHandled;
+    return ActionKit::instance()->createAction(*pending, nothing) ? kDone : kNotHandled;
 }
 
 int ZelvoView::del(QString const& key)
@@ -353,7 +354,7 @@ void ZelvoView::commitSetBuffer()
 
 void ZelvoView::takeOut(IConfigEntry& entry)
 {
-    mCreatedSessions.remove(entry.path());
+    mCreatedSessions.remove(&entry);
     if (ConfigBranch const* const branch = dynamic_cast<ConfigBranch const*>(&entry))
         forgetCreatedSessions(*branch);
     ConfigBranch* const parent = dynamic_cast<ConfigBranch*>(entry.parent());
@@ -363,7 +364,7 @@ void ZelvoView::takeOut(IConfigEntry& entry)
     discard(&entry);
     // An empty branch would be committed one day, though nothing in it was set: a terminal
     // session's script, say, would be told of empty settings.
-    if (!parent->hasChildren() && !mCreatedSessions.contains(parent->path()))
+    if (!parent->hasChildren() && !mCreatedSessions.contains(parent))
         takeOut(*parent);
 }
 
@@ -375,7 +376,7 @@ void ZelvoView::forgetCreatedSessions(ConfigBranch const& branch)
         ConfigBranch const* const childBranch = dynamic_cast<ConfigBranch const*>(child);
         if (!childBranch)
             continue;
-        mCreatedSessions.remove(childBranch->path());
+        mCreatedSessions.remove(childBranch);
         forgetCreatedSessions(*childBranch);
     }
 }

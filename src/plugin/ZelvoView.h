@@ -105,7 +105,7 @@ private:
     bool isListed(QString const& key) const;
 
     ConfigTree* mSetBuffer;
-    QSet<QString> mCreatedSessions;
+    QSet<IConfigEntry const*> mCreatedSessions; // in the set buffer
     QStringList mRequests;
     QList<IConfigEntry*> mDiscarded;
 };
