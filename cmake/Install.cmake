@@ -43,6 +43,8 @@ file(CREATE_LINK "${world}" "${CMAKE_BINARY_DIR}/install/vantora-world" SYMBOLIC
 install(FILES "${CMAKE_BINARY_DIR}/install/vantora-world"
     DESTINATION "${CMAKE_INSTALL_BINDIR}" COMPONENT host)
 
+include(cmake/ManPages.cmake)
+
 # The platform's headers, for find_package(Vantora) and for pkg-config.
 install(DIRECTORY host/include/vantora DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}" COMPONENT dev)
 

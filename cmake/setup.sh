@@ -5,7 +5,7 @@
 
 kPackages=(
     g++ cmake ninja-build qtbase5-dev libsqlite3-dev libreadline-dev libcli11-dev nlohmann-json3-dev
-    bubblewrap pkgconf dbus python3-dbusmock network-manager
+    bubblewrap pkgconf lowdown dbus python3-dbusmock network-manager
 )
 
 fail() {
