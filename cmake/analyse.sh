@@ -1,20 +1,25 @@
-# Sourced by ./test: what clang-tidy and cppcheck find in the sources.
+# Sourced by ./test: what clang-format, clang-tidy and cppcheck find in the sources.
 #
-# Needs `project`, the project's folder, and cmake/setup.sh. What they look for stands in .clang-tidy,
-# what they shall overlook in .cppcheck-suppressions and beside the line.
+# Needs `project`, the project's folder, and cmake/setup.sh. The format stands in .clang-format, what is
+# looked for in .clang-tidy, what shall be overlooked in .cppcheck-suppressions and beside the line.
 
 kAnalysed=(src host doctor)
-kPackages+=(clang-tidy cppcheck)
+kPackages+=(clang-format clang-tidy cppcheck)
 
-# @return 0 when neither has found anything.
+# @return 0 when none has found anything.
 analyse() {
     installPackages
     configure dev
     local found=0
+    runClangFormat || found=1
     runClangTidy || found=1
     runCppcheck || found=1
-    [ $found -eq 0 ] && echo "clang-tidy and cppcheck have found nothing."
+    [ $found -eq 0 ] && echo "clang-format, clang-tidy and cppcheck have found nothing."
     return $found
+}
+
+runClangFormat() {
+    (cd "$project" && git ls-files -z -- '*.cpp' '*.h' | xargs -0 clang-format --dry-run -Werror)
 }
 
 runClangTidy() {
