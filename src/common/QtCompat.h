@@ -1,5 +1,7 @@
 #pragma once
 
+#include "common/DetachedProgram.h"
+
 #include <QObject>
 #include <QProcess>
 #include <QString>
@@ -29,11 +31,9 @@ inline void startCommandLine(QProcess& process, QString const& commandLine)
 inline bool startDetachedCommandLine(QString const& commandLine)
 {
 #if QT_VERSION >= 0x050f00
-    QStringList words = QProcess::splitCommand(commandLine);
-    if (words.isEmpty())
-        return false;
-    QString const program = words.takeFirst();
-    return QProcess::startDetached(program, words);
+    // Qt 5 itself looks for the program between fork and exec, under a lock that another thread may
+    // have held when the process was forked: nobody then releases it, and the caller never returns.
+    return startDetachedProgram(QProcess::splitCommand(commandLine));
 #else
     return QProcess::startDetached(commandLine);
 #endif

@@ -1,5 +1,6 @@
 // Many apply requests in quick succession, each with many scripts, on all the threads that they take.
 
+#include "actions/default/LastCommandTask.h"
 #include "plugin/PluginScene.h"
 #include "support/Footprint.h"
 #include "support/LastCommandWatch.h"
@@ -9,6 +10,9 @@
 #include <QDir>
 #include <QSharedPointer>
 #include <QtTest>
+
+#include <atomic>
+#include <thread>
 
 namespace {
 
@@ -49,6 +53,7 @@ private slots:
     void commandAskedForOnceRunsOnce();
     void highestOfRacingCommandsRunsOnce();
     void noneOfManyCommandsRunsTwice();
+    void commandsStartWhileTheEnvironmentIsRead();
     void pluginIsDestroyedInTheMiddle_data();
     void pluginIsDestroyedInTheMiddle();
     void nothingIsKept();
@@ -216,6 +221,25 @@ void ApplyStormTest::noneOfManyCommandsRunsTwice()
     QCOMPARE(started.removeDuplicates(), 0);
 }
 
+/// A process that is forked meanwhile has the toolkit's lock on the environment held for ever.
+void ApplyStormTest::commandsStartWhileTheEnvironmentIsRead()
+{
+    std::atomic<bool> isOver(false);
+    std::thread reader([&isOver] {
+        while (!isOver)
+            qgetenv("PATH");
+    });
+    int const commands = 50;
+    QThreadPool pool;
+    for (int command = 0; command < commands; ++command) {
+        setPendingCommand("reboot");
+        LastCommandTask(&mScene->backend, &pool, QString()).executeCommand();
+    }
+    isOver = true;
+    reader.join();
+    QVERIFY(waitUntil([commands] { return startedCommands().size() == commands; }));
+}
+
 void ApplyStormTest::pluginIsDestroyedInTheMiddle_data()
 {
     QTest::addColumn<int>("runsBefore");
@@ -255,6 +279,7 @@ void ApplyStormTest::nothingIsKept()
 {
     storm();
     checkEnd();
+    // Pools and keepers go by their signals.
     QVERIFY(waitUntil([this] { return mScene->plugin->children().isEmpty(); }));
 }
 
