@@ -65,6 +65,8 @@ private slots:
     void firstSettingMakesAProfile();
     void setCommittedAndReadBack_data();
     void setCommittedAndReadBack();
+    void modesAreTheNumbersOfTheRegistry_data();
+    void modesAreTheNumbersOfTheRegistry();
 
 private:
     void addScript(QString const& key, QString const& name, QByteArray const& body = QByteArray());
@@ -321,6 +323,34 @@ void DisplaySettingClassTest::setCommittedAndReadBack()
     entry.setValue(value);
     entry.commit();
     QCOMPARE(entry.value(), expected);
+}
+
+void DisplaySettingClassTest::modesAreTheNumbersOfTheRegistry_data()
+{
+    QTest::addColumn<QString>("mode");
+    QTest::addColumn<QString>("number");
+
+    QTest::newRow("same") << "Same as primary"
+                          << "0";
+    QTest::newRow("above") << "Extend above primary"
+                           << "1";
+    QTest::newRow("right") << "Extend to the right of primary"
+                           << "2";
+    QTest::newRow("left") << "Extend to the left of primary"
+                          << "3";
+    QTest::newRow("below") << "Extend below primary"
+                           << "4";
+}
+
+void DisplaySettingClassTest::modesAreTheNumbersOfTheRegistry()
+{
+    QFETCH(QString, mode);
+    QFETCH(QString, number);
+
+    mBackend.use("work");
+    mBackend.addValue("root/Display/Configuration/secondaryprofile", "work");
+    mBackend.addValue("root/Display/Configuration/secondarymode", number);
+    QCOMPARE(ConfigKey("zelvo-view/display/multi_monitor_mode", QString(), nullptr).value(), mode);
 }
 
 QTEST_MAIN(DisplaySettingClassTest)

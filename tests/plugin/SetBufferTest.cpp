@@ -65,6 +65,8 @@ private slots:
 
     void createdSessionIsCommittedWithoutItsKeys();
     void createdSessionCommitsTheKeysThatWereSet();
+    void createdSessionOutlastsTheCommitOfItsKeys();
+    void committedSessionGoesWithItsLastKey();
     void creatingTwiceCommitsOnce();
     void creationThatFailsStaysPending();
     void createdSessionThatIsDeletedIsCommittedAllTheSame();
@@ -593,6 +595,41 @@ void SetBufferTest::createdSessionCommitsTheKeysThatWereSet()
                  QStringList() << "commit " + registrySession() + "/label"
                                << "commit " + registrySession() + "/address"
                                << "commit " + registrySession());
+    }
+}
+
+void SetBufferTest::createdSessionOutlastsTheCommitOfItsKeys()
+{
+    QFETCH_GLOBAL(QString, root);
+
+    PluginScene scene(root);
+    QCOMPARE(scene.create(scene.at(viewSession())), 0);
+    QCOMPARE(scene.set(scene.at(viewSession() + "/name"), "Desk"), 0);
+    QCOMPARE(scene.commit(scene.at(viewSession() + "/name")), 0);
+    scene.backend.forgetCalls();
+
+    QCOMPARE(scene.commit(root), 0);
+    QCOMPARE(scene.backend.calls("commit"), QStringList() << "commit " + registrySession());
+}
+
+// Otherwise it would be committed once more, though nothing is pending: a terminal session's script
+// would be told of empty settings.
+void SetBufferTest::committedSessionGoesWithItsLastKey()
+{
+    QFETCH_GLOBAL(QString, root);
+
+    PluginScene scene(root);
+    QStringList const committed = QStringList()
+        << root << scene.at("rdp/sessions") << scene.at(viewSession());
+    for (QString const& key : committed) {
+        QCOMPARE(scene.create(scene.at(viewSession())), 0);
+        QCOMPARE(scene.commit(key), 0);
+        QCOMPARE(scene.set(scene.at(viewSession() + "/name"), "Desk"), 0);
+        QCOMPARE(scene.commit(scene.at(viewSession() + "/name")), 0);
+        scene.backend.forgetCalls();
+
+        QCOMPARE(scene.commit(root), 0);
+        QCOMPARE(scene.backend.calls("commit"), QStringList());
     }
 }
 

@@ -512,6 +512,7 @@ void ZelvoViewTest::createNeedsAPlaceholder_data()
         << "usb/{c0ffee00-1234-4321-abcd-0123456789ab}";
     QTest::newRow("a name that is no UUID") << "rdp/sessions/desk";
     QTest::newRow("the nil UUID") << "rdp/sessions/{00000000-0000-0000-0000-000000000000}";
+    QTest::newRow("the placeholder itself") << "rdp/sessions/{uuid}";
 }
 
 void ZelvoViewTest::createNeedsAPlaceholder()
