@@ -25,7 +25,9 @@
 #include <thread>
 #include <vector>
 
+#include <signal.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 namespace {
 
@@ -119,6 +121,7 @@ private slots:
     void programOfACommand_data();
     void programOfACommand();
     void unknownCommandRunsAsACommandLine();
+    void commandHasASessionOfItsOwnAndHearsOfBrokenPipes();
     void commandThatCannotStartIsForgotten();
     void failingScriptRunsNothing();
     void pendingCommandIsResetToNull();
@@ -583,6 +586,28 @@ void ApplyTest::unknownCommandRunsAsACommandLine()
 
     QVERIFY(waitUntil([this] { return mWrappers->exists("tools", "got"); }));
     QCOMPARE(mWrappers->read("tools", "got"), QByteArray("--now|two words|"));
+}
+
+void ApplyTest::commandHasASessionOfItsOwnAndHearsOfBrokenPipes()
+{
+    QString const tool = mWrappers->addScript("tools", "my-tool",
+                                              "cd \"${0%/*}\"\n"
+                                              "cut -d ' ' -f 6 /proc/$$/stat >got.part\n"
+                                              "sed -n 's/^SigIgn:.//p' /proc/$$/status >>got.part\n"
+                                              "mv got.part got");
+    // As Qt has it from the first process that it starts.
+    ::signal(SIGPIPE, SIG_IGN);
+    QThreadPool pool;
+    setPendingCommand(tool);
+    LastCommandTask(mBackend.data(), &pool, QString()).executeCommand();
+
+    QVERIFY(waitUntil([this] { return mWrappers->exists("tools", "got"); }));
+    QList<QByteArray> const lines = mWrappers->read("tools", "got").split('\n');
+    QVERIFY(lines.at(0).toInt() != ::getsid(0));
+    bool isNumber = false;
+    quint64 const ignored = lines.at(1).toULongLong(&isNumber, 16);
+    QVERIFY(isNumber);
+    QVERIFY((ignored & (1 << (SIGPIPE - 1))) == 0);
 }
 
 void ApplyTest::commandThatCannotStartIsForgotten()

@@ -2,6 +2,7 @@
 
 #include "support/DiskSyncs.h"
 #include "support/TestDirectory.h"
+#include "support/WithoutPrivilege.h"
 #include "wireless/WarningRecorder.h"
 
 #include <QByteArray>
@@ -151,6 +152,7 @@ private slots:
     void newFileIsForItsOwnerOnly();
     void fileThatOthersCouldReadIsForItsOwnerOnly();
     void fileStaysAsItWasWhenItsWritingIsCutOff();
+    void fileThatMayNotBeReadIsNotWritten();
     void fileThatALinkLeadsToIsWritten();
     void syncedFileIsOnTheDisk();
     void syncReplacesALongerFile();
@@ -646,6 +648,22 @@ void NMConfFileTest::fileStaysAsItWasWhenItsWritingIsCutOff()
 
     QCOMPARE(syncKilledAtFirstByte(path), SIGXFSZ);
 
+    QCOMPARE(directory.read(kFileName), QByteArray(kWpaText));
+}
+
+void NMConfFileTest::fileThatMayNotBeReadIsNotWritten()
+{
+    TestDirectory const directory;
+    QString const path = directory.write(kFileName, kWpaText);
+    QCOMPARE(chmod(QFile::encodeName(directory.path()).constData(), 0777), 0);
+    QCOMPARE(chmod(QFile::encodeName(path).constData(), S_IWUSR), 0);
+    {
+        WithoutPrivilege const withoutPrivilege(path);
+        NMConfFile file(path);
+        file.setSsid("Home");
+        file.sync();
+    }
+    QCOMPARE(chmod(QFile::encodeName(path).constData(), S_IRUSR), 0);
     QCOMPARE(directory.read(kFileName), QByteArray(kWpaText));
 }
 

@@ -90,6 +90,7 @@ private slots:
     void setStoresInEachTargetWhatTheScriptPrintedForIt();
     void setStoresTheValueInATargetForWhichTheScriptFails();
     void setWritesEachBooleanTargetAsDigit();
+    void targetsOfOneKeyAreNotThoseOfAnother();
     void setWithTargetsLeavesTheCallersValueAlone();
     void setEnvironment_data();
     void setEnvironment();
@@ -609,6 +610,21 @@ void RegistryActionsTest::setStoresTheValueInATargetForWhichTheScriptFails()
              QStringList() << "set root/a y"
                            << "set root/b x"
                            << "set root/c y");
+}
+
+void RegistryActionsTest::targetsOfOneKeyAreNotThoseOfAnother()
+{
+    ActionScene scene;
+    scene.wrappers.addFile(kFolder, "set.env", kThreeTargets);
+    // Of no registry key: the one that serves all keys without an action of their own.
+    RegistrySetValueAction action((QString()));
+    QVariant data = QString("x");
+    QVERIFY(action.execute(scene.key(kViewKey), data));
+    QCOMPARE(scene.backend.calls("set").size(), 3);
+    scene.backend.forgetCalls();
+
+    QVERIFY(!action.execute(scene.key("zelvo-view/other"), data));
+    QCOMPARE(scene.backend.calls("set"), QStringList());
 }
 
 void RegistryActionsTest::setWritesEachBooleanTargetAsDigit()
