@@ -8,7 +8,7 @@
 namespace {
 
 // All of it is held in memory, and as text twice more.
-qint64 const kOutputLimit = 128 * 1024 * 1024;
+qint64 const kOutputLimit = Q_INT64_C(128) * 1024 * 1024;
 
 } // namespace
 
