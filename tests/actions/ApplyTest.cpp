@@ -800,6 +800,8 @@ void ApplyTest::endIsToldOnce()
     apply(*mTop, kDoneKey);
     QVERIFY(waitUntil([&counter] { return counter.count() > 0; }));
     QVERIFY(waitUntilIdle());
+    // A program that was started detached takes its time to write down that it was.
+    QVERIFY(waitUntil([&started] { return startedCommands().size() >= started.size(); }));
     QTest::qWait(kSettleMs);
 
     QCOMPARE(counter.count(), 1);
