@@ -1,5 +1,7 @@
 #include "doctor/Options.h"
 
+#include "options/OptionTexts.h"
+
 #include <string>
 #include <vector>
 
@@ -34,19 +36,6 @@ struct RawOptions
     std::string checkedDir;
     std::string registryFile;
 };
-
-QString text(std::string const& utf8)
-{
-    return QString::fromUtf8(utf8.data(), int(utf8.size()));
-}
-
-QStringList texts(std::vector<std::string> const& utf8)
-{
-    QStringList result;
-    for (std::string const& item : utf8)
-        result.append(text(item));
-    return result;
-}
 
 void declareOptions(CLI::App& app, RawOptions& raw, Options& options)
 {
@@ -111,9 +100,9 @@ bool readOptions(int argc, char** argv, Options& options, int& exitStatus)
         exitStatus = app.exit(outcome) == 0 ? kClean : kUsageError;
         return false;
     }
-    options.defaults = texts(raw.defaults);
-    options.keys = texts(raw.keys);
-    options.baseDir = text(raw.checkedDir.empty() ? raw.baseDir : raw.checkedDir);
-    options.registryFile = text(raw.registryFile);
+    options.defaults = optionTexts(raw.defaults);
+    options.keys = optionTexts(raw.keys);
+    options.baseDir = optionText(raw.checkedDir.empty() ? raw.baseDir : raw.checkedDir);
+    options.registryFile = optionText(raw.registryFile);
     return true;
 }

@@ -1,5 +1,6 @@
 #include "shell/Options.h"
 
+#include "options/OptionTexts.h"
 #include "shell/ExitStatus.h"
 #include "shell/Printer.h"
 
@@ -29,19 +30,6 @@ struct RawOptions
     std::string baseDir;
     std::string registryFile;
 };
-
-QString text(std::string const& utf8)
-{
-    return QString::fromUtf8(utf8.data(), int(utf8.size()));
-}
-
-QStringList texts(std::vector<std::string> const& utf8)
-{
-    QStringList result;
-    for (std::string const& item : utf8)
-        result.append(text(item));
-    return result;
-}
 
 void declareOptions(CLI::App& app, RawOptions& raw, Options& options)
 {
@@ -106,11 +94,11 @@ bool readOptions(int argc, char** argv, Options& options, int& exitStatus)
         exitStatus = app.exit(outcome) == 0 ? 0 : kUsageError;
         return false;
     }
-    options.plugins = texts(raw.plugins);
-    options.defaults = texts(raw.defaults);
-    options.baseDir = text(raw.baseDir);
-    options.registryFile = text(raw.registryFile);
-    options.words = texts(app.remaining());
+    options.plugins = optionTexts(raw.plugins);
+    options.defaults = optionTexts(raw.defaults);
+    options.baseDir = optionText(raw.baseDir);
+    options.registryFile = optionText(raw.registryFile);
+    options.words = optionTexts(app.remaining());
     QString const first = options.words.value(0);
     if (first.size() > 1 && first.startsWith(QLatin1Char('-'))) {
         writeMessage(first + QLatin1String(": unknown option (see --help)"));
