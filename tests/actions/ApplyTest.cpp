@@ -106,6 +106,8 @@ private slots:
     void failedScriptAsksForNothing();
     void scriptThatCannotBeStartedAsksForNothing();
     void scriptThatRemovesItsFileAsksForNothing();
+    void fileIsReadUpToItsLongest_data();
+    void fileIsReadUpToItsLongest();
     void blankInThePathKeepsTheScriptFromBeingFound();
     void applyTaskLeavesNothingBehind();
 
@@ -352,6 +354,24 @@ void ApplyTest::scriptThatRemovesItsFileAsksForNothing()
 {
     runScript(asksFor("reboot") + "\n/bin/rm \"$LAST_APPLY_COMMAND\"");
     QVERIFY(pendingCommand().isNull());
+}
+
+void ApplyTest::fileIsReadUpToItsLongest_data()
+{
+    QTest::addColumn<QByteArray>("size");
+    QTest::addColumn<QString>("pending");
+
+    QTest::newRow("128 MiB") << QByteArray("134217728") << "logout";
+    QTest::newRow("a byte more: asks for nothing") << QByteArray("134217729") << "";
+}
+
+void ApplyTest::fileIsReadUpToItsLongest()
+{
+    QFETCH(QByteArray, size);
+    QFETCH(QString, pending);
+
+    runScript(asksFor("logout") + "\n/usr/bin/truncate -s " + size + " \"$LAST_APPLY_COMMAND\"");
+    QCOMPARE(pendingCommand(), pending);
 }
 
 void ApplyTest::blankInThePathKeepsTheScriptFromBeingFound()

@@ -1,6 +1,7 @@
 #include "actions/default/ApplyTask.h"
 
 #include "actions/default/DefaultApplyAction.h"
+#include "actions/default/ScriptProcess.h"
 #include "actions/default/Wrapper.h"
 #include "common/Files.h"
 #include "common/Text.h"
@@ -30,7 +31,8 @@ QString createRequestFile()
 void offerLines(QString const& requestFile)
 {
     QFile file(requestFile);
-    if (!openRegularFile(file, QIODevice::ReadOnly | QIODevice::Text))
+    if (!openRegularFile(file, QIODevice::ReadOnly | QIODevice::Text)
+        || file.size() > kLongestScriptOutput)
         return;
     while (!file.atEnd())
         DefaultApplyAction::sSetLastApplyCommand(latin1UpToNul(file.readLine()));

@@ -5,13 +5,6 @@
 #include <signal.h>
 #include <unistd.h>
 
-namespace {
-
-// All of it is held in memory, and as text twice more.
-qint64 const kOutputLimit = Q_INT64_C(128) * 1024 * 1024;
-
-} // namespace
-
 ScriptProcess::ScriptProcess()
 {
     connect(this, SIGNAL(readyReadStandardOutput()), SLOT(limitOutput()));
@@ -32,6 +25,6 @@ void ScriptProcess::setupChildProcess()
 
 void ScriptProcess::limitOutput()
 {
-    if (bytesAvailable() > kOutputLimit)
+    if (bytesAvailable() > kLongestScriptOutput)
         killGroup();
 }

@@ -2,6 +2,10 @@
 
 #include <QProcess>
 
+/// So many bytes are read of what a script tells, however it tells it: they are held in memory, and as
+/// text twice more.
+qint64 const kLongestScriptOutput = Q_INT64_C(128) * 1024 * 1024;
+
 /// The process of a wrapper script, at the head of a process group of its own.
 class ScriptProcess : public QProcess
 {
