@@ -6,8 +6,9 @@
 
 namespace {
 
-// Where the shipped default settings lie, seen from the program: installed, and in a build folder.
-char const* const kShippedPlaces[] = {"../share/zelvo-view/defaults", "../../../share/defaults"};
+// Where the shipped default settings lie, seen from the program: installed, and in a build folder, which
+// has a link to them.
+char const* const kShippedPlaces[] = {"../share/zelvo-view/defaults", "../defaults"};
 
 QStringList shippedDefaults()
 {
