@@ -2,6 +2,7 @@
 #include "actions/default/DefaultActions.h"
 #include "actions/default/DefaultApplyAction.h"
 #include "actions/default/Wrapper.h"
+#include "plugin/ActivityReports.h"
 #include "support/Footprint.h"
 #include "support/TestBackend.h"
 #include "support/TestKit.h"
@@ -11,6 +12,7 @@
 #include "tree/ConfigKey.h"
 
 #include <QElapsedTimer>
+#include <QMutex>
 #include <QMutexLocker>
 #include <QSharedPointer>
 #include <QtTest>
@@ -127,6 +129,29 @@ bool exists(int pid)
 
 } // namespace
 
+/// Hears, on the threads of the scripts, how each has ended.
+class Listener : public QObject
+{
+    Q_OBJECT
+
+public:
+    Q_INVOKABLE void scriptHasRun(QString const&, QString const& ending, int, bool, int, qlonglong)
+    {
+        QMutexLocker const locker(&mMutex);
+        mEndings.append(ending);
+    }
+
+    QStringList endings() const
+    {
+        QMutexLocker const locker(&mMutex);
+        return mEndings;
+    }
+
+private:
+    mutable QMutex mMutex;
+    QStringList mEndings;
+};
+
 /// Takes the thirty seconds that a script may take, once for all of its scripts: they run at the same
 /// time.
 class SlowScriptTest : public QObject
@@ -140,11 +165,14 @@ private slots:
     void scriptPastItsTimeCountsAsSuccessAndIsKilled_data();
     void scriptPastItsTimeCountsAsSuccessAndIsKilled();
     void requestsOfAnApplyScriptPastItsTimeCount();
+    void hostIsToldOfEach();
     void nothingIsLeftBehind();
 
 private:
     TestBackend mBackend;
     TestWrappers mWrappers;
+    Listener mListener;
+    QScopedPointer<ActivityReports> mReports;
     QScopedPointer<Footprint> mBefore;
     std::vector<QSharedPointer<Run>> mRuns;
 };
@@ -157,6 +185,7 @@ void SlowScriptTest::initTestCase()
     QVariant data;
     QVERIFY(DefaultSetValueAction().execute(ConfigKey("key", QString(), nullptr), data));
 
+    mReports.reset(new ActivityReports(mListener, nullptr));
     mBefore.reset(new Footprint);
     QElapsedTimer timer;
     timer.start();
@@ -166,6 +195,7 @@ void SlowScriptTest::initTestCase()
     }
     for (QSharedPointer<Run> const& run : mRuns)
         run->join();
+    mReports.reset();
     qint64 const elapsed = timer.elapsed();
     QVERIFY2(elapsed >= 30000 && elapsed < 60000, qPrintable(QString::number(elapsed)));
 }
@@ -209,6 +239,12 @@ void SlowScriptTest::requestsOfAnApplyScriptPastItsTimeCount()
 {
     QMutexLocker const locker(&DefaultApplyAction::smLastApplyCommandMutex);
     QCOMPARE(DefaultApplyAction::smLastApplyCommand, QString("logout"));
+}
+
+void SlowScriptTest::hostIsToldOfEach()
+{
+    QCOMPARE(mListener.endings().size(), int(mRuns.size()));
+    QCOMPARE(mListener.endings().count("timed out"), int(mRuns.size()));
 }
 
 void SlowScriptTest::nothingIsLeftBehind()

@@ -1,3 +1,4 @@
+#include "actions/default/ApplyTask.h"
 #include "actions/default/Wrapper.h"
 #include "support/TestWrappers.h"
 
@@ -31,6 +32,7 @@ private slots:
     void isToldOfAScriptThatDoesNotStart();
     void isToldOfOutputWithoutTakingIt();
     void isToldNothingOnceItIsTakenAway();
+    void leavesQueuedScriptsAsTheyAre();
 };
 
 void WrapperObserverTest::isToldOfTheEnd_data()
@@ -109,6 +111,14 @@ void WrapperObserverTest::isToldNothingOnceItIsTakenAway()
     Wrapper::sSetObserver(nullptr);
     QVERIFY(Wrapper(script).run());
     QCOMPARE(list.runs.size(), 1);
+}
+
+void WrapperObserverTest::leavesQueuedScriptsAsTheyAre()
+{
+    ApplyTask task((QFileInfo()));
+    QCOMPARE(Wrapper::sObserved(&task), static_cast<QRunnable*>(&task));
+    RunList const list;
+    QCOMPARE(Wrapper::sObserved(&task), static_cast<QRunnable*>(&task));
 }
 
 QTEST_MAIN(WrapperObserverTest)

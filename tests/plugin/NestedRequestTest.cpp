@@ -1,5 +1,6 @@
 #include "plugin/ZelvoView.h"
 #include "registry/RegistryHost.h"
+#include "support/TestBackend.h"
 #include "support/TestKit.h"
 #include "support/TestWrappers.h"
 #include "tree/ConfigTree.h"
@@ -23,6 +24,7 @@ private slots:
     void twoKeysThatNameEachOtherEnd();
     void branchesThatLedToACommittedKeyAreNotCommittedLater();
     void sessionThatWasCreatedWaitsThoughItsKeyIsCommitted();
+    void commitOfAllAmidACommitOfAllLeavesNothing();
 
 private:
     int set(QString const& key, QString const& value)
@@ -50,6 +52,30 @@ QString const kRoot = QLatin1String("root/zelvo-view");
 QString const kTerminal
     = QLatin1String("root/zelvo-view/vexlink/sessions/{11111111-1111-4111-8111-111111111111}");
 char const kTerminalFolder[] = "zelvo-view/vexlink/sessions/{uuid}";
+
+/// A host that commits all that there is as soon as something is set.
+class CommittingHost : public TestBackend
+{
+public:
+    explicit CommittingHost(ZelvoView& view)
+        : mView(view)
+        , mCommits(0)
+    {
+    }
+
+    int set(QString const& key, QString const& value, _RegEntryParam const& param) override
+    {
+        if (mCommits++ == 0)
+            mView.commit("root");
+        return TestBackend::set(key, value, param);
+    }
+
+    int commits() const { return mCommits; }
+
+private:
+    ZelvoView& mView;
+    int mCommits;
+};
 
 } // namespace
 
@@ -151,6 +177,18 @@ void NestedRequestTest::sessionThatWasCreatedWaitsThoughItsKeyIsCommitted()
     QVERIFY(mView->setBuffer()->entry(kTerminal));
     QCOMPARE(mView->commit(kRoot), 0);
     QCOMPARE(mWrappers->read(kTerminalFolder, "runs"), QByteArray("run\n"));
+}
+
+// The outer one finds the set buffer gone that it has walked over.
+void NestedRequestTest::commitOfAllAmidACommitOfAllLeavesNothing()
+{
+    CommittingHost host(*mView);
+    mView->pluginIsLoaded(host, mHost->defaultSettings(), QString(), "/nonexistent");
+    keepInstanceKnown();
+    QCOMPARE(set(kReadOnly, "true"), 0);
+    QCOMPARE(mView->commit(kRoot), 0);
+    QCOMPARE(host.commits(), 1);
+    QVERIFY(mView->setBuffer()->children().isEmpty());
 }
 
 QTEST_MAIN(NestedRequestTest)

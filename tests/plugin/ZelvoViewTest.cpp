@@ -107,6 +107,7 @@ private slots:
     void createFollowsItsAction();
     void createNeedsAPlaceholder_data();
     void createNeedsAPlaceholder();
+    void sessionBelowASessionIsNotCreated();
     void delRunsTheActionsWhateverTheyAnswer();
     void delOfASessionDeletesItAndItsKeys();
 
@@ -524,6 +525,17 @@ void ZelvoViewTest::createNeedsAPlaceholder()
     QCOMPARE(scene.create(scene.at(key)), 1);
     QCOMPARE(scene.create(root), 1);
     QCOMPARE(scene.backend.calls("create"), QStringList());
+}
+
+void ZelvoViewTest::sessionBelowASessionIsNotCreated()
+{
+    QFETCH_GLOBAL(QString, root);
+
+    PluginScene scene(root);
+    scene.defaults.addValue(scene.at("rdp/sessions/{uuid}/disks/{uuid}/path"), "/");
+    QCOMPARE(scene.create(scene.at(QString("rdp/sessions/%1/disks/%1").arg(kUuid))), 1);
+    QCOMPARE(scene.backend.calls("create"), QStringList());
+    QVERIFY(scene.plugin->setBuffer()->children().isEmpty());
 }
 
 void ZelvoViewTest::delRunsTheActionsWhateverTheyAnswer()

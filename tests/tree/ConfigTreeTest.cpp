@@ -43,6 +43,21 @@ private:
     int mValidations;
 };
 
+/// Default settings that name the tree's root whatever they are asked for.
+class CircularRegistry : public TestRegistry
+{
+public:
+    explicit CircularRegistry(QStringList const& keys)
+        : TestRegistry(keys)
+    {
+    }
+
+    int query(QString const& key, Reg::NodeSet& nodes, QString const& extra) override
+    {
+        return TestRegistry::query("root", nodes, extra) + TestRegistry::query(key, nodes, extra);
+    }
+};
+
 /// What a branch holds, a line an entry: its path below the branch, behind it "/" for a branch and
 /// "=DEFAULT" for a key.
 QStringList lines(ConfigBranch const& branch, QString const& prefix = QString())
@@ -87,6 +102,7 @@ private slots:
     void keyIsHandledUnderAnyRoot();
     void lookUpOfADirectoryMakesItsChildren();
 
+    void rootAmongItsOwnChildrenIsPassedOver();
     void nodeWithoutValueBecomesABranch();
     void valueReplacesABranchOfItsName();
     void keyThatIsThereIsMadeAnewWithItsBufferedValue();
@@ -334,6 +350,15 @@ void ConfigTreeTest::lookUpOfADirectoryMakesItsChildren()
 
     QVERIFY(tree.handlesKey("root/zelvo-view/usb", &registry));
     QCOMPARE(lines(tree), list("usb/ usb/b=1 usb/a=2 usb/more/"));
+}
+
+void ConfigTreeTest::rootAmongItsOwnChildrenIsPassedOver()
+{
+    CircularRegistry registry(list("root/zelvo-view/usb/enable=true"));
+    ConfigTree tree("root/zelvo-view");
+
+    QVERIFY(tree.handlesKey("root/zelvo-view/usb", &registry));
+    QCOMPARE(lines(tree), list("usb/ usb/enable=true"));
 }
 
 void ConfigTreeTest::nodeWithoutValueBecomesABranch()
