@@ -19,7 +19,8 @@ analyse() {
 }
 
 runClangFormat() {
-    (cd "$project" && git ls-files -z -- '*.cpp' '*.h' | xargs -0 clang-format --dry-run -Werror)
+    (cd "$project" && find . -path ./build -prune -o -name '*.cpp' -print0 -o -name '*.h' -print0 \
+        | xargs -0 clang-format --dry-run -Werror)
 }
 
 runClangTidy() {
