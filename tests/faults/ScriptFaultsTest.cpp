@@ -357,7 +357,7 @@ void ScriptFaultsTest::hundredMebibytesAreAValue()
     QMap<QString, _RegNodeType> result;
     QCOMPARE(requests.scene.plugin->get(key, result, REG_PARAM_VALUE, ""), 0);
     QCOMPARE(result.size(), 1);
-    QVERIFY(result.firstKey() == QString(kHundredMebi, 'x'));
+    QVERIFY(result.constBegin().key() == QString(kHundredMebi, 'x'));
 
     requests.addScript(ScriptRequests::Set, kPrintHundredMebi);
     requests.addScript(ScriptRequests::Commit, "wc -c <\"$1\" >size");

@@ -440,7 +440,7 @@ void RegistryTest::commitWithoutADatabaseFails()
     QVERIFY(registry.commit(kUsb) != 0);
     QMap<QString, _RegEntryChange> changes;
     QCOMPARE(registry.changes(changes), 0);
-    QCOMPARE(changes.keys(), QStringList() << kUsb);
+    QCOMPARE(QStringList(changes.keys()), QStringList() << kUsb);
 }
 
 void RegistryTest::createIsRefused_data()

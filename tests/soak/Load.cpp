@@ -9,6 +9,8 @@
 #include <QMap>
 #include <QThreadPool>
 
+#include <cstdlib>
+
 namespace {
 
 int const kDone = 0;
@@ -95,6 +97,8 @@ QStringList wirelessKeys()
 [[noreturn]] void refused(QString const& request, int code)
 {
     qFatal("%s: code %d", qPrintable(request), code);
+    // The toolkit's does not come back either, but Qt 4 does not tell the compiler.
+    std::abort();
 }
 
 } // namespace

@@ -13,9 +13,10 @@
 #include <QCoreApplication>
 #include <QElapsedTimer>
 #include <QStringList>
-#include <QThread>
 
+#include <chrono>
 #include <cstdio>
+#include <thread>
 
 namespace {
 
@@ -28,7 +29,7 @@ int const kWarmUp = 500;
 long const kKibi = 1024;
 double const kMsPerSecond = 1000;
 int const kLimitMs = 10000;
-int const kStepMs = 100;
+std::chrono::milliseconds const kStep(100);
 
 void printHeading()
 {
@@ -56,7 +57,7 @@ Figures firstFigures()
     int processes = 0;
     while (processes != figures.processes) {
         processes = figures.processes;
-        QThread::msleep(kStepMs);
+        std::this_thread::sleep_for(kStep);
         figures = Figures::sNow();
     }
     return figures;
@@ -69,7 +70,7 @@ Figures figuresSince(Figures const& first)
     timer.start();
     Figures figures = Figures::sNow();
     while (!figures.grownSince(first).isEmpty() && timer.elapsed() < kLimitMs) {
-        QThread::msleep(kStepMs);
+        std::this_thread::sleep_for(kStep);
         figures = Figures::sNow();
     }
     return figures;
