@@ -624,10 +624,13 @@ void ApplyTest::commandHasASessionOfItsOwnAndHearsOfBrokenPipes()
     QVERIFY(waitUntil([this] { return mWrappers->exists("tools", "got"); }));
     QList<QByteArray> const lines = mWrappers->read("tools", "got").split('\n');
     QVERIFY(lines.at(0).toInt() != ::getsid(0));
+#if QT_VERSION >= 0x050f00
+    // Before, it is the toolkit that starts the program, and that leaves them ignored.
     bool isNumber = false;
     quint64 const ignored = lines.at(1).toULongLong(&isNumber, 16);
     QVERIFY(isNumber);
     QVERIFY((ignored & (1 << (SIGPIPE - 1))) == 0);
+#endif
 }
 
 void ApplyTest::commandThatCannotStartIsForgotten()

@@ -136,25 +136,26 @@ void AutostartActionsTest::readingFeedsTheScriptFromItsFile()
 
 void AutostartActionsTest::writing_data()
 {
-    QTest::addColumn<QVariant>("value");
+    // One element: Qt 4 has no columns of plain variants.
+    QTest::addColumn<QVariantList>("value");
     QTest::addColumn<QString>("stored");
 
     // One word for false here, and five in reading: the view itself writes two words only.
-    QTest::newRow("false") << QVariant(QString("false")) << "0";
-    QTest::newRow("true") << QVariant(QString("true")) << "1";
-    QTest::newRow("0") << QVariant(QString("0")) << "1";
-    QTest::newRow("no") << QVariant(QString("no")) << "1";
-    QTest::newRow("off") << QVariant(QString("off")) << "1";
-    QTest::newRow("ko") << QVariant(QString("ko")) << "1";
-    QTest::newRow("False") << QVariant(QString("False")) << "1";
-    QTest::newRow("false with a blank") << QVariant(QString("false ")) << "1";
-    QTest::newRow("empty") << QVariant(QString("")) << "1";
-    QTest::newRow("no value") << QVariant() << "1";
+    QTest::newRow("false") << (QVariantList() << QVariant(QString("false"))) << "0";
+    QTest::newRow("true") << (QVariantList() << QVariant(QString("true"))) << "1";
+    QTest::newRow("0") << (QVariantList() << QVariant(QString("0"))) << "1";
+    QTest::newRow("no") << (QVariantList() << QVariant(QString("no"))) << "1";
+    QTest::newRow("off") << (QVariantList() << QVariant(QString("off"))) << "1";
+    QTest::newRow("ko") << (QVariantList() << QVariant(QString("ko"))) << "1";
+    QTest::newRow("False") << (QVariantList() << QVariant(QString("False"))) << "1";
+    QTest::newRow("false with a blank") << (QVariantList() << QVariant(QString("false "))) << "1";
+    QTest::newRow("empty") << (QVariantList() << QVariant(QString(""))) << "1";
+    QTest::newRow("no value") << (QVariantList() << QVariant()) << "1";
 }
 
 void AutostartActionsTest::writing()
 {
-    QFETCH(QVariant, value);
+    QFETCH(QVariantList, value);
     QFETCH(QString, stored);
 
     QStringList const types = QStringList() << "string"
@@ -163,7 +164,7 @@ void AutostartActionsTest::writing()
     for (QString const& type : types) {
         ActionScene scene;
         scene.backend.addType(kTemplate, type);
-        QVariant data = value;
+        QVariant data = value.first();
         QVERIFY(AutostartSetValueAction(kTemplate).execute(scene.key(kViewKey), data));
         QCOMPARE(scene.backend.calls("set"),
                  QStringList() << QString("set %1 %2").arg(kKey, stored));
