@@ -85,7 +85,7 @@ them in without touching the machine is part of it (vantora-world).")
 
 set(CPACK_DEBIAN_DEV_PACKAGE_SECTION libdevel)
 set(CPACK_DEBIAN_DEV_PACKAGE_DEPENDS
-    "${package_host} (= ${PROJECT_VERSION}), qtbase5-dev")
+    "${package_host} (= ${PROJECT_VERSION}), ${ZELVO_QT_PACKAGE}")
 set(CPACK_DEBIAN_DEV_DESCRIPTION
 "headers for plugins of the configuration host
 What another configuration plugin is compiled with: the headers of the

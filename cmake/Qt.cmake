@@ -14,6 +14,7 @@ if(ZELVO_QT EQUAL 4)
     # For those who compile with what is installed.
     set(ZELVO_QT_DEPENDENCY "find_dependency(Qt4 4.8 COMPONENTS QtCore)")
     set(ZELVO_QT_PKGCONFIG QtCore)
+    set(ZELVO_QT_PACKAGE libqt4-dev)
     # Qt 4's moc trips over the macros of current system headers.
     list(APPEND CMAKE_AUTOMOC_MOC_OPTIONS -D_SYS_SYSMACROS_H_OUTER)
 else()
@@ -23,6 +24,7 @@ else()
     set(ZELVO_QT_TEST Qt5::Test)
     set(ZELVO_QT_DEPENDENCY "find_dependency(Qt5 5.15 COMPONENTS Core)")
     set(ZELVO_QT_PKGCONFIG Qt5Core)
+    set(ZELVO_QT_PACKAGE qtbase5-dev)
     # A text put together with "+" is made in one piece. Qt 4 cannot compare one that is not made yet.
     set(ZELVO_QT_STRINGS QT_USE_QSTRINGBUILDER)
     if(ZELVO_BUILD_TESTS)
