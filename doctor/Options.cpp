@@ -42,7 +42,7 @@ void declareOptions(CLI::App& app, RawOptions& raw, Options& options)
     CLI::MultiOptionPolicy const takeLast = CLI::MultiOptionPolicy::TakeLast;
     app.add_option("--base-dir", raw.baseDir,
                    "The plugin's base directory: holds wrappers/ and may hold defaults/ "
-                   "(the working directory if not given)")
+                   "(that of the installation if not given, or the working directory)")
         ->type_name(kDirectory)
         ->multi_option_policy(takeLast);
     app.add_option("--defaults", raw.defaults,

@@ -6,6 +6,7 @@
 #include "doctor/Reports.h"
 #include "doctor/TreeCheck.h"
 #include "doctor/ViewMap.h"
+#include "installation/Installation.h"
 #include "registry/RegistryKey.h"
 
 #include <QCoreApplication>
@@ -106,6 +107,14 @@ int printMap(ExaminedView& view, Options const& options)
     return kClean;
 }
 
+/// An installed doctor looks at what the installed host serves, where no other directory is named.
+void completeFromInstallation(Options& options)
+{
+    Installation const installation;
+    if (options.baseDir.isEmpty() && installation.exists())
+        options.baseDir = installation.baseDir();
+}
+
 int carryOut(ExaminedView& view, Options const& options)
 {
     switch (options.command) {
@@ -130,6 +139,7 @@ int main(int argc, char** argv)
 
     QCoreApplication application(argc, argv);
     QCoreApplication::setApplicationName(QLatin1String("zelvo-view-doctor"));
+    completeFromInstallation(options);
     ExaminedView view;
     QString error;
     if (!view.open(options.baseDir, options.defaults, options.registryFile, error)) {
