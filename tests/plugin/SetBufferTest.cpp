@@ -23,6 +23,13 @@ QString viewSession(QString const& uuid = kUuid)
     return "rdp/sessions/" + uuid;
 }
 
+/// One of up to 100000.
+QString numberedSession(int number)
+{
+    QString const uuid = "{c0ffee00-1234-4321-abcd-0123456%1}";
+    return uuid.arg(number, 5, 10, QChar('0'));
+}
+
 } // namespace
 
 class SetBufferTest : public QObject
@@ -67,6 +74,7 @@ private slots:
     void createdSessionCommitsTheKeysThatWereSet();
     void createdSessionOutlastsTheCommitOfItsKeys();
     void committedSessionGoesWithItsLastKey();
+    void sessionAtThePlaceOfACommittedOneGoesWithItsLastKey();
     void creatingTwiceCommitsOnce();
     void creationThatFailsStaysPending();
     void createdSessionThatIsDeletedIsCommittedAllTheSame();
@@ -633,6 +641,27 @@ void SetBufferTest::committedSessionGoesWithItsLastKey()
     }
 }
 
+// The memory of the entries of committed sessions is used again.
+void SetBufferTest::sessionAtThePlaceOfACommittedOneGoesWithItsLastKey()
+{
+    QFETCH_GLOBAL(QString, root);
+
+    int const kSessions = 100;
+    PluginScene scene(root);
+    QStringList const committed = QStringList() << root << scene.at("rdp/sessions");
+    for (QString const& key : committed) {
+        for (int i = 0; i < kSessions; ++i)
+            QCOMPARE(scene.create(scene.at(viewSession(numberedSession(i)))), 0);
+        QCOMPARE(scene.commit(key), 0);
+        for (int i = 0; i < kSessions; ++i) {
+            QString const name = scene.at(viewSession(numberedSession(i)) + "/name");
+            QCOMPARE(scene.set(name, "Desk"), 0);
+            QCOMPARE(scene.commit(name), 0);
+            QCOMPARE(scene.plugin->setBuffer()->children().size(), 0);
+        }
+    }
+}
+
 void SetBufferTest::creatingTwiceCommitsOnce()
 {
     QFETCH_GLOBAL(QString, root);
@@ -773,19 +802,16 @@ void SetBufferTest::manySessionsStayPending()
     QFETCH_GLOBAL(QString, root);
 
     int const kSessions = 200;
-    QString const uuid = "{c0ffee00-1234-4321-abcd-0123456%1}";
     PluginScene scene(root);
     for (int i = 0; i < kSessions; ++i)
-        QCOMPARE(scene.set(scene.at(viewSession(uuid.arg(i, 5, 10, QChar('0'))) + "/name"),
-                           QString::number(i)),
+        QCOMPARE(scene.set(scene.at(viewSession(numberedSession(i)) + "/name"), QString::number(i)),
                  0);
-    QCOMPARE(scene.commit(scene.at(viewSession(uuid.arg(100, 5, 10, QChar('0'))))), 0);
+    QCOMPARE(scene.commit(scene.at(viewSession(numberedSession(100)))), 0);
     scene.backend.forgetCalls();
     QCOMPARE(scene.commit(root), 0);
     QStringList const commits = scene.backend.calls("commit");
     QCOMPARE(commits.filter("/label").size(), kSessions - 1);
-    QCOMPARE(scene.backend.value(registrySession(uuid.arg(199, 5, 10, QChar('0'))) + "/label"),
-             QString("199"));
+    QCOMPARE(scene.backend.value(registrySession(numberedSession(199)) + "/label"), QString("199"));
 }
 
 QTEST_MAIN(SetBufferTest)
