@@ -75,6 +75,7 @@ private slots:
     void createdSessionOutlastsTheCommitOfItsKeys();
     void committedSessionGoesWithItsLastKey();
     void sessionAtThePlaceOfACommittedOneGoesWithItsLastKey();
+    void whatAppearsBelowAPendingKeyIsRefused();
     void creatingTwiceCommitsOnce();
     void creationThatFailsStaysPending();
     void createdSessionThatIsDeletedIsCommittedAllTheSame();
@@ -660,6 +661,23 @@ void SetBufferTest::sessionAtThePlaceOfACommittedOneGoesWithItsLastKey()
             QCOMPARE(scene.plugin->setBuffer()->children().size(), 0);
         }
     }
+}
+
+// Default settings that change while a value is pending.
+void SetBufferTest::whatAppearsBelowAPendingKeyIsRefused()
+{
+    QFETCH_GLOBAL(QString, root);
+
+    PluginScene scene(root);
+    QString const pending = scene.at("usb/enable");
+    QCOMPARE(scene.set(pending, "false"), 0);
+    scene.defaults.addValue(pending + "/since", "");
+    scene.defaults.addValue(pending + "/{uuid}/name", "");
+
+    QCOMPARE(scene.set(pending + "/since", "now"), 1);
+    QCOMPARE(scene.create(pending + "/" + kUuid), 1);
+    QVERIFY(scene.plugin->setBuffer()->entry(pending));
+    QVERIFY(!scene.plugin->setBuffer()->entry(pending + "/since"));
 }
 
 void SetBufferTest::creatingTwiceCommitsOnce()
