@@ -37,7 +37,8 @@ bool SqlConnection::execute(char const* sql)
 
 bool SqlConnection::isReadOnly() const
 {
-    return sqlite3_db_readonly(mHandle, kDatabase) == kReadOnly;
+    return sqlite3_db_readonly(mHandle, kDatabase) == kReadOnly
+        || sqlite3_errcode(mHandle) == SQLITE_READONLY;
 }
 
 bool SqlConnection::isLocked() const
