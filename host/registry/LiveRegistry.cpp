@@ -62,7 +62,9 @@ _RegEntryChange changeKind(PendingChange::Kind kind)
 
 LiveRegistry::LiveRegistry(DefaultSettings const& defaults)
     : mDefaults(defaults)
+    , mLive(new LiveTree)
     , mLastOrdinal(0)
+    , mOpenCommits(0)
 {
 }
 
@@ -76,13 +78,19 @@ bool LiveRegistry::open(QString const& databaseFile, QString& error)
     LiveChanges contents;
     if (!store->open(databaseFile, contents, error))
         return false;
-    for (LiveChange const& change : static_cast<LiveChanges const&>(contents)) {
-        mLastOrdinal = qMax(mLastOrdinal, change.ordinal);
-        if (find(change.key).declaration)
-            mLive.apply(change);
-    }
+    load(contents);
     mStore.swap(store);
     return true;
+}
+
+void LiveRegistry::load(LiveChanges const& contents)
+{
+    mLive.reset(new LiveTree);
+    for (LiveChange const& change : contents) {
+        mLastOrdinal = qMax(mLastOrdinal, change.ordinal);
+        if (find(change.key).declaration)
+            mLive->apply(change);
+    }
 }
 
 int LiveRegistry::set(QString const& key, QString const& value)
@@ -143,20 +151,19 @@ int LiveRegistry::contains(QString const& key)
 int LiveRegistry::commit(QString const& key)
 {
     Place const place = find(key);
-    if (!isKnown(place))
+    if (!isKnown(place) || isBelowCreation(key, place))
         return kRefused;
-    QStringList const keys = keysToCommit(key, place);
+    QStringList const keys = mPending.keysAtOrUnder(key);
     return write(stepsFor(keys), keys) ? kDone : kRefused;
 }
 
-QStringList LiveRegistry::keysToCommit(QString const& key, Place const& place) const
+bool LiveRegistry::isBelowCreation(QString const& key, Place const& place) const
 {
-    QStringList keys;
     for (QString const& session : place.sessions) {
         if (session != key && isCreation(mPending.find(session)))
-            keys.append(session);
+            return true;
     }
-    return keys + mPending.keysAtOrUnder(key);
+    return false;
 }
 
 LiveChanges LiveRegistry::stepsFor(QStringList const& keys) const
@@ -169,13 +176,44 @@ LiveChanges LiveRegistry::stepsFor(QStringList const& keys) const
 
 bool LiveRegistry::write(LiveChanges const& steps, QStringList const& settledKeys)
 {
-    if (!steps.isEmpty() && !(mStore && mStore->write(steps)))
+    if (!steps.isEmpty() && !store(steps))
         return false;
     for (LiveChange const& step : steps)
-        mLive.apply(step);
+        mLive->apply(step);
     for (QString const& key : settledKeys)
         mPending.drop(key);
     return true;
+}
+
+bool LiveRegistry::store(LiveChanges const& steps)
+{
+    if (!mStore)
+        return false;
+    if (mOpenCommits == 0)
+        return mStore->write(steps);
+    mUnwritten += steps;
+    return true;
+}
+
+void LiveRegistry::beginCommits()
+{
+    if (mOpenCommits++ == 0)
+        mPendingBefore = mPending;
+}
+
+bool LiveRegistry::endCommits()
+{
+    if (--mOpenCommits > 0)
+        return true;
+    LiveChanges steps;
+    steps.swap(mUnwritten);
+    if (steps.isEmpty() || mStore->write(steps))
+        return true;
+    mPending.restore(mPendingBefore);
+    LiveChanges contents;
+    if (mStore->read(contents))
+        load(contents);
+    return false;
 }
 
 int LiveRegistry::rollback(QString const& key)
@@ -245,13 +283,13 @@ int LiveRegistry::exportXml(QString const& key, QStringList const& foreign, QByt
 {
     if (!find(key).exists)
         return kRefused;
-    data = RegistryXmlWriter(mDefaults.top(), mLive.top(), foreign).write(key);
+    data = RegistryXmlWriter(mDefaults.top(), mLive->top(), foreign).write(key);
     return kDone;
 }
 
 int LiveRegistry::importXml(QByteArray const& data, QStringList const& foreign)
 {
-    RegistryImport import(mDefaults.top(), mLive.top(), foreign, mLastOrdinal);
+    RegistryImport import(mDefaults.top(), mLive->top(), foreign, mLastOrdinal);
     QString reason;
     if (!readRegistryXml(data, import, reason)) {
         qWarning("import refused: %s", qPrintable(reason));
@@ -265,12 +303,12 @@ int LiveRegistry::importXml(QByteArray const& data, QStringList const& foreign)
 
 Place LiveRegistry::find(QString const& key) const
 {
-    return findPlace(mDefaults.top(), mLive.top(), key);
+    return findPlace(mDefaults.top(), mLive->top(), key);
 }
 
 bool LiveRegistry::isLiveSession(QString const& key) const
 {
-    LiveNode const* node = &mLive.top();
+    LiveNode const* node = &mLive->top();
     KeyPieces pieces(key);
     while (node && pieces.next())
         node = node->child(pieces.piece());

@@ -34,10 +34,17 @@ public:
     int get(QString const& key, QMap<QString, _RegNodeType>& result, _RegEntryParam param) override;
     int contains(QString const& key) override;
 
-    /// Writes what is pending at or under `key`, and the pending creation of directories above it,
-    /// in one transaction. 0 with nothing pending for a known key.
+    /// Writes what is pending at or under `key` in one transaction. 0 with nothing pending for a
+    /// known key. Refused below a directory whose creation is pending: the key is written with it.
     int commit(QString const& key) override;
     int rollback(QString const& key) override;
+
+    // What is committed between the two can be read at once, and is written in one transaction at
+    // the end. They nest; the outermost pair counts.
+    void beginCommits();
+
+    /// @return false: it could not be written; nothing of it is committed, and all of it pending.
+    bool endCommits();
 
     /// Makes a session directory; refused for one that exists and for anything else. One that is
     /// pending to be deleted is replaced: its values are at their defaults again.
@@ -74,14 +81,20 @@ private:
     void list(QString const& key, Place const& place, QMap<QString, _RegNodeType>& result) const;
     int delValue(QString const& key, Place const& place);
     int delSession(QString const& key);
-    QStringList keysToCommit(QString const& key, Place const& place) const;
+    bool isBelowCreation(QString const& key, Place const& place) const;
     LiveChanges stepsFor(QStringList const& keys) const;
+    bool store(LiveChanges const& steps);
+    void load(LiveChanges const& contents);
     bool write(LiveChanges const& steps, QStringList const& settledKeys);
 
     DefaultSettings const& mDefaults;
-    LiveTree mLive;
+    QScopedPointer<LiveTree> mLive;
     PendingChanges mPending;
     QScopedPointer<LiveStore> mStore;
     // Of the directories created so far, pending ones included.
     qint64 mLastOrdinal;
+
+    int mOpenCommits;
+    LiveChanges mUnwritten;
+    PendingChanges mPendingBefore;
 };

@@ -23,6 +23,15 @@ void PendingChanges::dropAtOrUnder(QString const& key)
         drop(each);
 }
 
+void PendingChanges::restore(PendingChanges const& former)
+{
+    Changes::const_iterator change = former.mChanges.constBegin();
+    for (; change != former.mChanges.constEnd(); ++change) {
+        if (!mChanges.contains(change.key()))
+            put(change.key(), change.value());
+    }
+}
+
 QStringList PendingChanges::keys() const
 {
     return mChanges.keys();

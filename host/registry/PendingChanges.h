@@ -39,6 +39,9 @@ public:
     void drop(QString const& key);
     void dropAtOrUnder(QString const& key);
 
+    /// Takes back what was dropped since `former` was copied from this object; later changes stay.
+    void restore(PendingChanges const& former);
+
     /// The keys with a pending change, directories before what lies in them.
     QStringList keys() const;
     QStringList keysAtOrUnder(QString const& key) const;

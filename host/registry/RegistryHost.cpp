@@ -175,9 +175,11 @@ int RegistryHost::commit(QString const& key)
     // Plugins first: what they write to the registry is then part of this commit, and they still
     // see its pending changes. Their codes say only whose key it is.
     QList<AbstractPlugin*> const plugins = d->pluginsUnder(key);
+    d->registry.beginCommits();
     for (AbstractPlugin* plugin : plugins)
         static_cast<void>(plugin->commit(key));
-    return d->spaceFor(key).commit(key);
+    int const code = d->spaceFor(key).commit(key);
+    return d->registry.endCommits() ? code : kRefused;
 }
 
 int RegistryHost::apply(QString const& key, QString const& command)

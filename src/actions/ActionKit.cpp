@@ -8,8 +8,6 @@
 #include "common/UuidComponents.h"
 #include "tree/IConfigEntry.h"
 
-#include <QStringList>
-
 using RegistryVocabulary::registryPlaceholder;
 using RegistryVocabulary::viewPlaceholder;
 
@@ -117,6 +115,7 @@ void ActionKit::matchRegistryKey(QString const& viewKey, QString const& registry
         viewKey, setValueAction ? setValueAction : new RegistrySetValueAction(registryKey));
     registerDelAction(viewKey, new RegistryDelAction(registryKey));
     registerCommitAction(viewKey, new RegistryCommitAction(registryKey));
+    mViewKeys[registryKey].append(viewKey);
 }
 
 void ActionKit::setRegistryUuidDir(QString const& viewDir, QString const& registryDir)
@@ -127,11 +126,17 @@ void ActionKit::setRegistryUuidDir(QString const& viewDir, QString const& regist
     registerCreateAction(viewUuidKey, new RegistryCreateAction(registryUuidKey));
     registerDelAction(viewUuidKey, new RegistryDelAction(registryUuidKey));
     registerCommitAction(viewUuidKey, new RegistryCommitAction(registryUuidKey));
+    mViewKeys[registryUuidKey].append(viewUuidKey);
 }
 
 QString ActionKit::getRegistryUuidDir(QString const& viewUuidKey) const
 {
     return mRegistryUuidDirs.value(viewUuidKey);
+}
+
+QStringList ActionKit::viewKeysOf(QString const& registryKey) const
+{
+    return mViewKeys.value(registryKey);
 }
 
 void ActionKit::registerConfigBranch(QString const& viewKey, ConfigBranch* branch)

@@ -7,6 +7,7 @@
 #include <QMap>
 #include <QStack>
 #include <QString>
+#include <QStringList>
 
 class ConfigBranch;
 class IConfigAction;
@@ -77,6 +78,10 @@ public:
     /// @param viewUuidKey  ends in "/{uuid}".
     /// @return the registry directory of the sessions; an empty text when there is none.
     QString getRegistryUuidDir(QString const& viewUuidKey) const;
+
+    /// The view keys that one of the two above has tied to a registry key; both with placeholders in
+    /// place of UUIDs.
+    QStringList viewKeysOf(QString const& registryKey) const;
 
     /// Registers a template whose children are copied into the branch `viewKey` when its sessions
     /// are listed.
@@ -149,4 +154,5 @@ private:
     QMap<QString, QString> mRegistryUuidDirs;
     QMap<QString, ConfigBranch*> mConfigBranches;
     QStack<QThreadPool*> mApplyThreadPools;
+    QMap<QString, QStringList> mViewKeys; // by registry key
 };

@@ -108,8 +108,8 @@ bool DisplayModeActions::execute(IConfigEntry const&, QVariant& value)
         return !path.isNull() && writeView(keysIn(path), value);
     }
     case ISettingClass::ACTION_COMMIT: {
-        QString const path = directory();
-        return !path.isNull() && commit(keysIn(path));
+        QStringList const keys = registryKeys();
+        return !keys.isEmpty() && commit(keys);
     }
     default:
         return false;
@@ -119,6 +119,12 @@ bool DisplayModeActions::execute(IConfigEntry const&, QVariant& value)
 QStringList DisplayModeActions::registryKeyTemplates() const
 {
     return keysIn(mDirectoryTemplate);
+}
+
+QStringList DisplayModeActions::registryKeys()
+{
+    QString const path = directory();
+    return path.isNull() ? QStringList() : keysIn(path);
 }
 
 QString DisplayModeActions::directory()

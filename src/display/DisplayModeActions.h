@@ -20,6 +20,9 @@ public:
     /// The registry keys behind the view key, with "{UUID}" in place of the profile in use.
     QStringList registryKeyTemplates() const;
 
+    /// The registry keys that are read and committed; none while no profile is in use.
+    QStringList registryKeys();
+
 protected:
     /// @param directoryTemplate  where the keys lie, for those who ask.
     DisplayModeActions(Vantora& backend, QString const& directoryTemplate);

@@ -9,6 +9,7 @@
 #include "common/UuidComponents.h"
 #include "plugin/ActivityReports.h"
 #include "plugin/AutoThread.h"
+#include "plugin/PendingKeys.h"
 #include "plugin/ViewKeyMap.h"
 #include "tree/ConfigKey.h"
 #include "tree/ConfigTree.h"
@@ -92,6 +93,12 @@ void deleteChildren(IConfigEntry& entry)
     }
 }
 
+void commitAlone(IConfigEntry& entry)
+{
+    deleteChildren(entry);
+    entry.commit();
+}
+
 } // namespace
 
 /// A request while it is served.
@@ -109,10 +116,8 @@ public:
     ~Request()
     {
         mView.mRequests.removeLast();
-        if (!mView.mRequests.isEmpty())
-            return;
-        qDeleteAll(mView.mDiscarded);
-        mView.mDiscarded.clear();
+        if (mView.mRequests.isEmpty())
+            mView.mSetBuffer.deleteTakenOut();
     }
 
     /// Whether the same request is being served already, and has led to this one.
@@ -127,7 +132,6 @@ private:
 };
 
 ZelvoView::ZelvoView()
-    : mSetBuffer(nullptr)
 {
     setName(QLatin1String(kPluginName));
 }
@@ -137,7 +141,6 @@ ZelvoView::~ZelvoView()
     // Before the pools, which are children too: the kept threads wait for them.
     QList<AutoThread*> const keepers = findChildren<AutoThread*>();
     qDeleteAll(keepers);
-    deleteSetBuffer();
 }
 
 void ZelvoView::pluginIsLoaded(Vantora& backend, Reg::Registry& registry, QString const& text,
@@ -201,13 +204,13 @@ int ZelvoView::set(QString const& key, QString const& value, _RegEntryParam cons
     if (request.isRepeated() || param != REG_PARAM_VALUE)
         return kNotHandled;
     ConfigTree tree(rootDir());
-    IConfigEntry const* const entry = handler(tree, key) ? tree.resolveUuids(key) : nullptr;
+    IConfigEntry const* const entry = find(tree, key);
     if (!entry)
         return kNotHandled;
     if (!dynamic_cast<ConfigKey const*>(entry))
         return AbstractPlugin::set(key, value, param);
 
-    ConfigKey* const pending = dynamic_cast<ConfigKey*>(addToSetBuffer(tree, key));
+    ConfigKey* const pending = dynamic_cast<ConfigKey*>(mSetBuffer.add(tree, key));
     if (!pending)
         return kNotHandled;
     pending->setValue(value);
@@ -223,24 +226,16 @@ int ZelvoView::commit(QString const& key)
     ConfigTree tree(rootDir());
     if (!handler(tree, key)) {
         if (KeyPath(key).isRootOf(rootDir()))
-            commitSetBuffer();
+            commitRoot();
         return kNotHandled;
     }
     IConfigEntry* const found = tree.resolveUuids(key);
     if (!found)
         return kNotHandled;
-    if (found == &tree) {
-        commitSetBuffer();
-        return kDone;
-    }
-
-    if (IConfigEntry* const pending = setBuffer()->entry(key)) {
-        commitEntry(*pending, key);
-        takeOut(*pending);
-    } else {
-        deleteChildren(*found);
-        found->commit();
-    }
+    if (found == &tree)
+        commitRoot();
+    else
+        commitEntry(*found, key);
     return kDone;
 }
 
@@ -248,7 +243,7 @@ int ZelvoView::apply(QString const& key, QString const& command)
 {
     WrapperFolders const folders;
     ConfigTree tree(rootDir());
-    IConfigEntry* const entry = handler(tree, key) ? tree.resolveUuids(key) : nullptr;
+    IConfigEntry* const entry = find(tree, key);
     if (!entry)
         return kNotHandled;
     if (ConfigBranch* const branch = dynamic_cast<ConfigBranch*>(entry))
@@ -267,7 +262,7 @@ int ZelvoView::apply(QString const& key, QString const& command)
 
 int ZelvoView::create(QString const& key, _RegEntryType const&)
 {
-    WrapperFolders const folders;
+    Request const request(*this, "create ", key);
     ConfigTree tree(rootDir());
     AbstractConfigEntry* const session = dynamic_cast<AbstractConfigEntry*>(handler(tree, key));
     QString const uuid = KeyPath(key).basename();
@@ -279,22 +274,28 @@ int ZelvoView::create(QString const& key, _RegEntryType const&)
 
     // The session alone waits for the commit; its keys do when they are set.
     deleteChildren(*session);
-    IConfigEntry const* const pending = addToSetBuffer(tree, key);
+    bool const waits = mSetBuffer.entry(key);
+    IConfigEntry* const pending = mSetBuffer.add(tree, key);
     if (!pending)
         return kNotHandled;
-    mCreatedSessions.insert(pending);
     QVariant nothing;
-    return ActionKit::instance()->createAction(*pending, nothing) ? kDone : kNotHandled;
+    bool const isCreated = ActionKit::instance()->createAction(*pending, nothing);
+    if (isCreated)
+        mSetBuffer.markAsCreated(*pending);
+    else if (!waits)
+        mSetBuffer.takeOut(*pending);
+    return isCreated ? kDone : kNotHandled;
 }
 
 int ZelvoView::del(QString const& key)
 {
-    WrapperFolders const folders;
+    Request const request(*this, "del ", key);
     ConfigTree tree(rootDir());
-    IConfigEntry* const entry = handler(tree, key) ? tree.resolveUuids(key) : nullptr;
+    IConfigEntry* const entry = find(tree, key);
     if (!entry)
         return kNotHandled;
     entry->del();
+    mSetBuffer.undoCreation(key);
     return kDone;
 }
 
@@ -310,16 +311,12 @@ int ZelvoView::exportRegistry(QString const&, QByteArray&)
 
 ConfigTree* ZelvoView::setBuffer()
 {
-    if (!mSetBuffer)
-        mSetBuffer = new ConfigTree(rootDir());
-    return mSetBuffer;
+    return mSetBuffer.tree(rootDir());
 }
 
 void ZelvoView::deleteSetBuffer()
 {
-    delete mSetBuffer;
-    mSetBuffer = nullptr;
-    mCreatedSessions.clear();
+    mSetBuffer.clear();
 }
 
 IConfigEntry* ZelvoView::handler(ConfigTree& tree, QString const& key) const
@@ -327,63 +324,55 @@ IConfigEntry* ZelvoView::handler(ConfigTree& tree, QString const& key) const
     return tree.handlesKey(generalisedPath(key), getDefaultSettings());
 }
 
-IConfigEntry* ZelvoView::addToSetBuffer(ConfigTree const& found, QString const& key)
+IConfigEntry* ZelvoView::find(ConfigTree& tree, QString const& key) const
 {
-    ConfigTree::completeTree(found, *setBuffer());
-    return setBuffer()->entry(key);
+    return handler(tree, key) ? tree.resolveUuids(key) : nullptr;
 }
 
-void ZelvoView::commitEntry(IConfigEntry& entry, QString const& key)
+void ZelvoView::commitEntry(IConfigEntry& found, QString const& key)
 {
-    if (ConfigBranch* const branch = dynamic_cast<ConfigBranch*>(&entry))
-        setBuffer()->sortLikeDefaultSettings(*branch, getDefaultSettings(), key);
-    entry.commit();
-}
-
-void ZelvoView::commitSetBuffer()
-{
-    ConfigTree* const buffer = setBuffer();
-    commitEntry(*buffer, rootDir());
-    // Unless a request that the commit has led to has done so already.
-    if (mSetBuffer != buffer)
+    if (dynamic_cast<ConfigBranch const*>(&found))
+        commitPendingUnder(key);
+    if (mSetBuffer.entry(key)) {
+        mSetBuffer.commit(key, getDefaultSettings());
         return;
-    mSetBuffer = nullptr;
-    mCreatedSessions.clear();
-    discard(buffer);
-}
-
-void ZelvoView::takeOut(IConfigEntry& entry)
-{
-    mCreatedSessions.remove(&entry);
-    if (ConfigBranch const* const branch = dynamic_cast<ConfigBranch const*>(&entry))
-        forgetCreatedSessions(*branch);
-    ConfigBranch* const parent = dynamic_cast<ConfigBranch*>(entry.parent());
-    if (!parent)
-        return;
-    parent->detachChild(entry);
-    discard(&entry);
-    // An empty branch would be committed one day, though nothing in it was set: a terminal
-    // session's script, say, would be told of empty settings.
-    if (!parent->hasChildren() && !mCreatedSessions.contains(parent))
-        takeOut(*parent);
-}
-
-void ZelvoView::forgetCreatedSessions(ConfigBranch const& branch)
-{
-    if (mCreatedSessions.isEmpty())
-        return;
-    for (IConfigEntry const* const child : branch.children()) {
-        ConfigBranch const* const childBranch = dynamic_cast<ConfigBranch const*>(child);
-        if (!childBranch)
-            continue;
-        mCreatedSessions.remove(childBranch);
-        forgetCreatedSessions(*childBranch);
     }
+    commitAlone(found);
 }
 
-void ZelvoView::discard(IConfigEntry* entry)
+void ZelvoView::commitRoot()
 {
-    mDiscarded.append(entry);
+    commitPendingUnder(rootDir());
+    // The root takes part though nothing may be set.
+    static_cast<void>(setBuffer());
+    mSetBuffer.commit(rootDir(), getDefaultSettings());
+}
+
+void ZelvoView::commitPendingUnder(QString const& key)
+{
+    QMap<QString, _RegEntryChange> const pending = PendingKeys::sAsk().atOrUnder(key, rootDir());
+    QStringList unset;
+    QString deleted;
+    QStringList const keys = pending.keys();
+    for (QString const& each : keys) {
+        // A session that goes is committed alone: what was set or deleted in it goes with it.
+        if (!deleted.isEmpty() && KeyPath(deleted).isRootOf(each))
+            continue;
+        if (pending.value(each) == REG_CHANGE_DELETED) {
+            deleted = each;
+            mSetBuffer.forgetBelow(each);
+        }
+        if (each != key && !mSetBuffer.entry(each))
+            unset.append(each);
+    }
+    QStringList const ordered = ConfigTree::sInOrder(unset, rootDir(), getDefaultSettings());
+    for (QString const& each : ordered) {
+        Request const request(*this, "commit ", each);
+        ConfigTree tree(rootDir());
+        IConfigEntry* const found = request.isRepeated() ? nullptr : find(tree, each);
+        if (found)
+            commitAlone(*found);
+    }
 }
 
 bool ZelvoView::sessionsExist(QString const& key) const

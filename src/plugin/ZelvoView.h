@@ -1,14 +1,13 @@
 #pragma once
 
+#include "plugin/SetBuffer.h"
+
 #include <vantora/abstractplugin.h>
 
-#include <QList>
 #include <QObject>
-#include <QSet>
 #include <QString>
 #include <QStringList>
 
-class ConfigBranch;
 class ConfigTree;
 class IConfigEntry;
 
@@ -48,7 +47,9 @@ public:
     /// @return 0: the value waits for its commit; 1: the key is not handled or takes no value.
     int set(QString const& key, QString const& value, _RegEntryParam const& param) override;
 
-    /// Writes what was set or created at or under `key`; the entry `key` itself always takes part.
+    /// Writes what was set or created at or under `key`, and what the backend holds pending behind
+    /// the keys there; the entry `key` itself always takes part. A value that the backend refuses
+    /// waits for the next commit.
     ///
     /// @return 0: done; 1: the key is not handled. An ancestor of the plugin's root answers 1 after
     ///         all is written, so that the host goes on with its other parts.
@@ -61,7 +62,7 @@ public:
     /// @return 0: under way; 1: the key is not handled.
     int apply(QString const& key, QString const& command) override;
 
-    /// Creates a session.
+    /// Creates a session. It waits for its commit; one whose creation failed does not.
     ///
     /// @return 0: created; 1: the key names no session, or its creation failed.
     int create(QString const& key, _RegEntryType const& type) override;
@@ -85,27 +86,23 @@ private:
     /// The entry of `tree` that handles `key`, or null.
     IConfigEntry* handler(ConfigTree& tree, QString const& key) const;
 
-    /// Adds to the set buffer what it lacks of `found`, and returns its entry of `key`.
-    IConfigEntry* addToSetBuffer(ConfigTree const& found, QString const& key);
+    /// The entry of `key` in `tree`, its sessions in place; null when the key is not handled.
+    IConfigEntry* find(ConfigTree& tree, QString const& key) const;
 
-    /// Commits an entry of the set buffer, in the order of the default settings.
-    void commitEntry(IConfigEntry& entry, QString const& key);
-    void commitSetBuffer();
+    /// Commits what waits at or under a key that the plugin handles.
+    ///
+    /// @param found  its entry, in a tree of its own.
+    void commitEntry(IConfigEntry& found, QString const& key);
+    void commitRoot();
 
-    /// Takes an entry that has been committed out of the set buffer, together with the branches
-    /// that did nothing but lead to it.
-    void takeOut(IConfigEntry& entry);
-    void forgetCreatedSessions(ConfigBranch const& branch);
-
-    /// Takes over an entry, and deletes it when no request works on it any more.
-    void discard(IConfigEntry* entry);
+    /// Commits by name the keys under `key` that nobody has set since
+    /// their last commit and behind which the backend holds something pending all the same.
+    void commitPendingUnder(QString const& key);
 
     /// Whether the host lists every session that `key` names.
     bool sessionsExist(QString const& key) const;
     bool isListed(QString const& key) const;
 
-    ConfigTree* mSetBuffer;
-    QSet<IConfigEntry const*> mCreatedSessions; // in the set buffer
+    SetBuffer mSetBuffer;
     QStringList mRequests;
-    QList<IConfigEntry*> mDiscarded;
 };

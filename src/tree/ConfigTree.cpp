@@ -9,6 +9,8 @@
 #include <vantora/registry.h>
 #include <vantora/vantora.h>
 
+#include <QSet>
+
 using RegistryVocabulary::viewPlaceholder;
 
 namespace {
@@ -95,6 +97,17 @@ bool becomeAllSessions(ConfigBranch& branch, ConfigBranch const& placeholder)
     // By name: a template that has a placeholder itself has replaced this one.
     removeChild(branch, branch.child(viewPlaceholder()));
     return true;
+}
+
+/// Appends those of `keys` that the branch `path` holds or is.
+void appendHeld(ConfigBranch const& branch, QString const& path, QSet<QString> const& keys,
+                QStringList& ordered)
+{
+    for (IConfigEntry const* const child : branch.children())
+        appendHeld(static_cast<ConfigBranch const&>(*child),
+                   path + QLatin1Char('/') + child->name(), keys, ordered);
+    if (keys.contains(path))
+        ordered.append(path);
 }
 
 } // namespace
@@ -189,6 +202,23 @@ void ConfigTree::sortLikeDefaultSettings(ConfigBranch& branch, Reg::Registry* re
             sortLikeDefaultSettings(*childBranch, registry,
                                     path + QLatin1Char('/') + child->name());
     }
+}
+
+QStringList ConfigTree::sInOrder(QStringList const& keys, KeyPath const& root,
+                                 Reg::Registry* registry)
+{
+    if (keys.size() < 2)
+        return keys;
+    ConfigTree tree(root);
+    QSet<QString> held;
+    for (QString const& key : keys) {
+        makeBranches(tree, tree.namesBelowRoot(key));
+        held.insert(key);
+    }
+    tree.sortLikeDefaultSettings(tree, registry, tree.rootDir());
+    QStringList ordered;
+    appendHeld(tree, tree.rootDir(), held, ordered);
+    return ordered;
 }
 
 IConfigEntry* ConfigTree::resolveUuids(QString const& key)

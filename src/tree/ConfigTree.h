@@ -48,6 +48,11 @@ public:
     void sortLikeDefaultSettings(ConfigBranch& branch, Reg::Registry* registry,
                                  QString const& path);
 
+    /// `keys` at or under `root` in the order of the default settings, what lies under a key before
+    /// the key itself.
+    static QStringList sInOrder(QStringList const& keys, KeyPath const& root,
+                                Reg::Registry* registry);
+
     /// Turns the "{uuid}" branches of the tree into concrete ones and returns the entry of `key`.
     ///
     /// @return null when the tree has no such entry, or the sessions of a registry directory could

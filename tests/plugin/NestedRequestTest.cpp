@@ -1,6 +1,7 @@
 #include "plugin/ZelvoView.h"
 #include "registry/RegistryHost.h"
 #include "support/TestBackend.h"
+#include "support/TestDirectory.h"
 #include "support/TestKit.h"
 #include "support/TestWrappers.h"
 #include "tree/ConfigTree.h"
@@ -25,6 +26,9 @@ private slots:
     void branchesThatLedToACommittedKeyAreNotCommittedLater();
     void sessionThatWasCreatedWaitsThoughItsKeyIsCommitted();
     void commitOfAllAmidACommitOfAllLeavesNothing();
+    void whatANestedCommitHasTakenOutIsNotCommittedUnderItsBareName_data();
+    void whatANestedCommitHasTakenOutIsNotCommittedUnderItsBareName();
+    void commitOfAllIsOneTransaction();
 
 private:
     int set(QString const& key, QString const& value)
@@ -190,6 +194,70 @@ void NestedRequestTest::commitOfAllAmidACommitOfAllLeavesNothing()
     // The inner one commits what the outer one has not done with.
     QCOMPARE(host.commits(), 2);
     QVERIFY(mView->setBuffer()->children().isEmpty());
+}
+
+void NestedRequestTest::whatANestedCommitHasTakenOutIsNotCommittedUnderItsBareName_data()
+{
+    QTest::addColumn<QString>("committed");
+    QTest::addColumn<QByteArray>("target");
+
+    QTest::newRow("the next key, from its branch")
+        << kUsb << QByteArray("root/zelvo-view/usb/read_only");
+    QTest::newRow("the branch, from the root") << kRoot << QByteArray("root/zelvo-view/usb");
+    QTest::newRow("all, from the branch") << kUsb << QByteArray("root/zelvo-view");
+}
+
+void NestedRequestTest::whatANestedCommitHasTakenOutIsNotCommittedUnderItsBareName()
+{
+    QFETCH(QString, committed);
+    QFETCH(QByteArray, target);
+
+    mWrappers->addFile("zelvo-view/usb/enable", "set.env", "REG_SET=" + target + "\n");
+    // Whatever is run here has lost its place in the view.
+    QStringList const bareNames = QStringList() << "enable"
+                                                << "read_only"
+                                                << "usb"
+                                                << "usb/enable"
+                                                << "usb/read_only";
+    for (QString const& name : bareNames)
+        mWrappers->addScript(name, "commit.sh", "echo run >>runs");
+    mWrappers->addScript("zelvo-view/usb/read_only", "commit.sh", "echo run >>runs; exit 1");
+    QCOMPARE(set(kEnable, "false"), 0);
+    QCOMPARE(set(kReadOnly, "true"), 0);
+    QCOMPARE(mView->commit(committed), 0);
+
+    for (QString const& name : bareNames)
+        QVERIFY2(!mWrappers->exists(name, "runs"), qPrintable(name));
+    QCOMPARE(mWrappers->read("zelvo-view/usb/read_only", "runs"), QByteArray("run\n"));
+    QVERIFY(mView->setBuffer()->children().isEmpty());
+    QCOMPARE(value(kReadOnly), QString("true"));
+}
+
+// What the plugin commits by the way can be read at once, and reaches the disk with the rest.
+void NestedRequestTest::commitOfAllIsOneTransaction()
+{
+    TestDirectory directory;
+    QString const file = directory.file("registry.db");
+    QString error;
+    mHost.reset(new RegistryHost);
+    QVERIFY2(mHost->loadDefaults(DEFAULTS_DIR, error), qPrintable(error));
+    QVERIFY2(mHost->open(file, error), qPrintable(error));
+    mView.reset(new ZelvoView);
+    mHost->addPlugin(*mView);
+    QString const wrappers = mWrappers->directory().path();
+    mView->pluginIsLoaded(*mHost, mHost->defaultSettings(), QString(),
+                          wrappers.left(wrappers.lastIndexOf('/')));
+    keepInstanceKnown();
+    mWrappers->addFile("zelvo-view/usb", "commit.env",
+                       "ALLOWED=root/USB/root/mass-storage/allowed\n");
+    mWrappers->addScript("zelvo-view/usb", "commit.sh",
+                         "cp " + file.toLocal8Bit()
+                             + "-wal journal; echo \"$ALLOWED\" >allowed; exit 1");
+    QCOMPARE(set(kEnable, "false"), 0);
+    QCOMPARE(mHost->commit("root"), 0);
+    QCOMPARE(mWrappers->read("zelvo-view/usb", "allowed"), QByteArray("0\n"));
+    QCOMPARE(mWrappers->read("zelvo-view/usb", "journal"), QByteArray());
+    QVERIFY(!directory.read("registry.db-wal").isEmpty());
 }
 
 QTEST_MAIN(NestedRequestTest)

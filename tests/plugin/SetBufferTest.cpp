@@ -77,8 +77,16 @@ private slots:
     void sessionAtThePlaceOfACommittedOneGoesWithItsLastKey();
     void whatAppearsBelowAPendingKeyIsRefused();
     void creatingTwiceCommitsOnce();
-    void creationThatFailsStaysPending();
-    void createdSessionThatIsDeletedIsCommittedAllTheSame();
+    void creationThatFailsLeavesNothing();
+    void creationThatFailsLeavesWhatWasSet();
+    void createdSessionThatIsDeletedIsForgotten();
+    void deletedSessionIsCommittedAloneAtAnyHeight_data();
+    void deletedSessionIsCommittedAloneAtAnyHeight();
+    void deletedValueIsCommittedAtAnyHeight_data();
+    void deletedValueIsCommittedAtAnyHeight();
+    void hiddenKeyStaysPending();
+    void refusedValueIsCommittedAgainWithItsBranch();
+    void valueWithoutARegistryKeyIsNotKept();
     void deletingDoesNotDropAValue();
     void applyingDoesNotDropAValue();
     void keyOfASessionNeverCreatedIsCommitted();
@@ -699,28 +707,168 @@ void SetBufferTest::creatingTwiceCommitsOnce()
     QCOMPARE(scene.backend.value(registrySession() + "/label"), QString("Desk"));
 }
 
-void SetBufferTest::creationThatFailsStaysPending()
+void SetBufferTest::creationThatFailsLeavesNothing()
 {
     QFETCH_GLOBAL(QString, root);
 
     PluginScene scene(root);
     scene.backend.fail("create");
     QCOMPARE(scene.create(scene.at(viewSession())), 1);
-    QVERIFY(scene.plugin->setBuffer()->entry(scene.at(viewSession())));
-    QVERIFY(!scene.plugin->setBuffer()->entry(scene.at("rdp/sessions/{uuid}")));
+    QVERIFY(scene.plugin->setBuffer()->children().isEmpty());
+    QCOMPARE(scene.commit(root), 0);
+    QCOMPARE(scene.backend.calls("commit"), QStringList());
 }
 
-void SetBufferTest::createdSessionThatIsDeletedIsCommittedAllTheSame()
+void SetBufferTest::creationThatFailsLeavesWhatWasSet()
+{
+    QFETCH_GLOBAL(QString, root);
+
+    PluginScene scene(root);
+    scene.backend.fail("create");
+    QCOMPARE(scene.set(scene.at(viewSession() + "/name"), "Desk"), 0);
+    QCOMPARE(scene.create(scene.at(viewSession())), 1);
+    QVERIFY(scene.plugin->setBuffer()->entry(scene.at(viewSession() + "/name")));
+    QCOMPARE(scene.commit(scene.at(viewSession() + "/name")), 0);
+    // The session did not become one that waits for its own commit.
+    QVERIFY(!scene.plugin->setBuffer()->entry(scene.at(viewSession())));
+}
+
+void SetBufferTest::createdSessionThatIsDeletedIsForgotten()
 {
     QFETCH_GLOBAL(QString, root);
 
     PluginScene scene(root);
     QCOMPARE(scene.create(scene.at(viewSession())), 0);
+    QCOMPARE(scene.set(scene.at(viewSession() + "/name"), "Desk"), 0);
+    QCOMPARE(scene.set(scene.at(viewSession(kOtherUuid) + "/name"), "Lab"), 0);
     QCOMPARE(scene.del(scene.at(viewSession())), 0);
     QVERIFY(scene.backend.calls("del").contains("del " + registrySession()));
-    QCOMPARE(scene.commit(scene.at(viewSession())), 0);
-    QCOMPARE(scene.backend.calls("commit"), QStringList() << "commit " + registrySession());
-    QCOMPARE(scene.commit(scene.at(viewSession())), 0);
+    QVERIFY(!scene.plugin->setBuffer()->entry(scene.at(viewSession())));
+    QVERIFY(scene.plugin->setBuffer()->entry(scene.at(viewSession(kOtherUuid) + "/name")));
+
+    // As a registry drops the two.
+    QCOMPARE(scene.backend.rollback(registrySession()), 0);
+    QCOMPARE(scene.commit(scene.at("rdp")), 0);
+    QCOMPARE(scene.backend.calls("commit"),
+             QStringList() << "commit " + registrySession(kOtherUuid) + "/label"
+                           << "commit " + registrySession(kOtherUuid));
+}
+
+void SetBufferTest::deletedSessionIsCommittedAloneAtAnyHeight_data()
+{
+    QTest::addColumn<QString>("height");
+
+    QTest::newRow("the session") << "/rdp/sessions/{c0ffee00-1234-4321-abcd-0123456789ab}";
+    QTest::newRow("all sessions") << "/rdp/sessions";
+    QTest::newRow("the kind") << "/rdp";
+    QTest::newRow("the root") << "";
+}
+
+void SetBufferTest::deletedSessionIsCommittedAloneAtAnyHeight()
+{
+    QFETCH_GLOBAL(QString, root);
+    QFETCH(QString, height);
+
+    for (bool const wasSet : {false, true}) {
+        PluginScene scene(root);
+        scene.addSessions("rdesktop", QStringList() << kUuid);
+        if (wasSet)
+            QCOMPARE(scene.set(scene.at(viewSession() + "/name"), "Desk"), 0);
+        QCOMPARE(scene.del(scene.at(viewSession())), 0);
+        QCOMPARE(scene.commit(root + height), 0);
+        QCOMPARE(scene.backend.calls("commit"), QStringList() << "commit " + registrySession());
+        QVERIFY(scene.plugin->setBuffer()->children().isEmpty());
+        QCOMPARE(scene.commit(root), 0);
+        QCOMPARE(scene.backend.calls("commit"), QStringList() << "commit " + registrySession());
+    }
+}
+
+void SetBufferTest::deletedValueIsCommittedAtAnyHeight_data()
+{
+    QTest::addColumn<QString>("key");
+    QTest::addColumn<QString>("registryKey");
+    QTest::addColumn<QString>("height");
+
+    QString const name = viewSession() + "/name";
+    QString const label = registrySession() + "/label";
+    char const allowed[] = "root/USB/root/mass-storage/allowed";
+    QTest::newRow("the key itself") << "usb/enable" << allowed << "/usb/enable";
+    QTest::newRow("its area") << "usb/enable" << allowed << "/usb";
+    QTest::newRow("the root") << "usb/enable" << allowed << "";
+    QTest::newRow("of a session, all sessions") << name << label << "/rdp/sessions";
+    QTest::newRow("of a session, the kind") << name << label << "/rdp";
+    QTest::newRow("of a session, the root") << name << label << "";
+}
+
+void SetBufferTest::deletedValueIsCommittedAtAnyHeight()
+{
+    QFETCH_GLOBAL(QString, root);
+    QFETCH(QString, key);
+    QFETCH(QString, registryKey);
+    QFETCH(QString, height);
+
+    PluginScene scene(root);
+    scene.addSessions("rdesktop", QStringList() << kUuid);
+    QCOMPARE(scene.del(scene.at(key)), 0);
+    // Elsewhere, and so left alone.
+    QCOMPARE(scene.commit(scene.at("ica")), 0);
+    QCOMPARE(scene.backend.calls("commit"), QStringList());
+    QCOMPARE(scene.commit(root + height), 0);
+    QCOMPARE(scene.backend.calls("commit"), QStringList() << "commit " + registryKey);
+    QCOMPARE(scene.commit(root), 0);
+    QCOMPARE(scene.backend.calls("commit"), QStringList() << "commit " + registryKey);
+}
+
+void SetBufferTest::hiddenKeyStaysPending()
+{
+    QFETCH_GLOBAL(QString, root);
+
+    PluginScene scene(root);
+    QCOMPARE(scene.del(scene.at("usb/enable")), 0);
+    scene.hide("/usb/enable");
+    QCOMPARE(scene.commit(scene.at("usb")), 0);
+    QCOMPARE(scene.backend.calls("commit"), QStringList());
+}
+
+void SetBufferTest::refusedValueIsCommittedAgainWithItsBranch()
+{
+    QFETCH_GLOBAL(QString, root);
+
+    QString const asked = "commit root/USB/root/mass-storage/allowed";
+    QStringList const heights = QStringList() << "/usb/enable"
+                                              << "/usb"
+                                              << "";
+    for (QString const& height : heights) {
+        PluginScene scene(root);
+        scene.wrappers.addScript("zelvo-view/usb/enable", "commit.sh",
+                                 "cat \"$1\" >>../log; echo >>../log; exit 1");
+        QCOMPARE(scene.set(scene.at("usb/enable"), "false"), 0);
+        QCOMPARE(scene.set(scene.at("usb/read_only"), "true"), 0);
+        scene.backend.failOn("commit", "root/USB/root/mass-storage/allowed");
+        QCOMPARE(scene.commit(root + height), 0);
+        QVERIFY(scene.plugin->setBuffer()->entry(scene.at("usb/enable")));
+        if (height != "/usb/enable")
+            QVERIFY(!scene.plugin->setBuffer()->entry(scene.at("usb/read_only")));
+        QCOMPARE(scene.commit(scene.at("usb/read_only")), 0);
+        scene.backend.forgetCalls();
+
+        QCOMPARE(scene.commit(scene.at("usb")), 0);
+        QCOMPARE(scene.backend.calls("commit"), QStringList() << asked);
+        QCOMPARE(scene.wrappers.read("zelvo-view/usb", "log"), QByteArray("false\nfalse\n"));
+    }
+}
+
+void SetBufferTest::valueWithoutARegistryKeyIsNotKept()
+{
+    QFETCH_GLOBAL(QString, root);
+
+    PluginScene scene(root);
+    scene.wrappers.addScript("zelvo-view/radio/ssid", "commit.sh", "exit 1");
+    QCOMPARE(scene.set(scene.at("radio/ssid"), "Home"), 0);
+    // Something is pending, but not behind this key.
+    QCOMPARE(scene.set(scene.at("usb/enable"), "true"), 0);
+    QCOMPARE(scene.commit(scene.at("radio")), 0);
+    QVERIFY(!scene.plugin->setBuffer()->entry(scene.at("radio")));
 }
 
 void SetBufferTest::deletingDoesNotDropAValue()

@@ -3,10 +3,8 @@
 # to the terminal program.
 #
 # VEXLINK_ACTION is CREATE, EDIT or DELETE, by what is pending in the registry for the session
-# itself. Its settings are committed before it, and the first one that the registry keeps brings the
-# new session along: only a session that is committed before anything was set arrives as CREATE. A
-# setting that was not set since the last commit is empty here; VEXLINK_TTSNAME is what the registry
-# holds.
+# itself. A setting that was not set since the last commit is empty here; VEXLINK_TTSNAME is what the
+# registry holds.
 #
 # Each variable becomes one line, whatever line ends a value has, and an empty line follows.
 mkdir -p /var/lib/zelvo-example

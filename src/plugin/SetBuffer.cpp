@@ -1,0 +1,146 @@
+#include "plugin/SetBuffer.h"
+
+#include "actions/ActionKit.h"
+#include "plugin/PendingKeys.h"
+#include "tree/ConfigTree.h"
+
+#include <QVariant>
+
+SetBuffer::SetBuffer()
+    : mTree(nullptr)
+{
+}
+
+SetBuffer::~SetBuffer()
+{
+    clear();
+    deleteTakenOut();
+}
+
+ConfigTree* SetBuffer::tree(KeyPath const& root)
+{
+    if (!mTree)
+        mTree = new ConfigTree(root);
+    return mTree;
+}
+
+void SetBuffer::clear()
+{
+    delete mTree;
+    mTree = nullptr;
+    mCreated.clear();
+}
+
+IConfigEntry* SetBuffer::entry(QString const& key) const
+{
+    return mTree ? mTree->entry(key) : nullptr;
+}
+
+IConfigEntry* SetBuffer::add(ConfigTree const& found, QString const& key)
+{
+    ConfigTree::completeTree(found, *tree(found.rootDir()));
+    return entry(key);
+}
+
+void SetBuffer::markAsCreated(IConfigEntry const& entry)
+{
+    mCreated.insert(&entry);
+}
+
+void SetBuffer::undoCreation(QString const& key)
+{
+    IConfigEntry* const created = entry(key);
+    if (mCreated.contains(created))
+        takeOut(*created);
+}
+
+void SetBuffer::forgetBelow(QString const& key)
+{
+    ConfigBranch const* const branch = dynamic_cast<ConfigBranch*>(entry(key));
+    if (!branch)
+        return;
+    QList<IConfigEntry*> const children = branch->children();
+    for (IConfigEntry* const child : children)
+        takeApart(*child, PendingKeys());
+}
+
+void SetBuffer::takeOut(IConfigEntry& entry)
+{
+    takeOut(entry, PendingKeys());
+}
+
+void SetBuffer::commit(QString const& key, Reg::Registry* defaults)
+{
+    IConfigEntry* const committed = entry(key);
+    if (ConfigBranch* const branch = dynamic_cast<ConfigBranch*>(committed))
+        mTree->sortLikeDefaultSettings(*branch, defaults, key);
+    commitHeld(*committed);
+    if (holds(*committed))
+        takeOut(*committed, PendingKeys::sAsk());
+}
+
+void SetBuffer::deleteTakenOut()
+{
+    qDeleteAll(mTakenOut);
+    mTakenOut.clear();
+}
+
+// As the entry does it, but for what a nested commit has taken out: that is no key any more, and its
+// path would name others.
+void SetBuffer::commitHeld(IConfigEntry& entry)
+{
+    ConfigBranch const* const branch = dynamic_cast<ConfigBranch*>(&entry);
+    if (!branch) {
+        entry.commit();
+        return;
+    }
+    entry.setState(IConfigEntry::ENTRY_COMMITTING);
+    QList<IConfigEntry*> const children = branch->children();
+    for (IConfigEntry* const child : children) {
+        if (child->parent() == branch)
+            commitHeld(*child);
+    }
+    QVariant nothing;
+    if (holds(entry))
+        ActionKit::instance()->commitAction(entry, nothing);
+    entry.setState(IConfigEntry::ENTRY_IDLE);
+}
+
+// An entry that a nested commit has taken out is still there, but has no way up.
+bool SetBuffer::holds(IConfigEntry const& entry) const
+{
+    IConfigEntry const* top = &entry;
+    while (top->parent())
+        top = top->parent();
+    return top == mTree;
+}
+
+void SetBuffer::takeOut(IConfigEntry& entry, PendingKeys const& kept)
+{
+    ConfigBranch* const parent = dynamic_cast<ConfigBranch*>(entry.parent());
+    takeApart(entry, kept);
+    // An empty branch would be committed one day, though nothing in it was set: a terminal
+    // session's script, say, would be told of empty settings.
+    if (parent && parent != mTree && !parent->hasChildren() && !mCreated.contains(parent))
+        takeOut(*parent, kept);
+}
+
+/// Takes out the entry and all below it but the keys behind which something of `kept` is pending.
+void SetBuffer::takeApart(IConfigEntry& entry, PendingKeys const& kept)
+{
+    ConfigBranch* const branch = dynamic_cast<ConfigBranch*>(&entry);
+    if (branch) {
+        QList<IConfigEntry*> const children = branch->children();
+        for (IConfigEntry* const child : children)
+            takeApart(*child, kept);
+    }
+    mCreated.remove(&entry);
+    if (branch ? branch->hasChildren() : kept.areBehind(entry))
+        return;
+
+    if (ConfigBranch* const parent = dynamic_cast<ConfigBranch*>(entry.parent()))
+        parent->detachChild(entry);
+    else
+        mTree = nullptr;
+    mTakenOut.append(&entry);
+}

@@ -1,0 +1,71 @@
+#pragma once
+
+#include <QList>
+#include <QSet>
+
+class ConfigBranch;
+class ConfigTree;
+class IConfigEntry;
+class KeyPath;
+class PendingKeys;
+class QString;
+class QStringList;
+
+namespace Reg {
+class Registry;
+} // namespace Reg
+
+/// What was set or created and is not committed: a tree that lives from request to request and holds
+/// this, the branches that lead to it, and nothing else. Host thread only.
+///
+/// One commit may lead to another, which takes entries out that the first one walks over. So what is
+/// taken out is taken apart, by which the walk notices it, and deleted when no request is served.
+class SetBuffer
+{
+public:
+    SetBuffer();
+    ~SetBuffer();
+
+    /// The tree, made on first use; it stays the buffer's.
+    ConfigTree* tree(KeyPath const& root);
+
+    void clear();
+
+    /// The entry of a full key; null when the buffer has none.
+    IConfigEntry* entry(QString const& key) const;
+
+    /// Adds what the buffer lacks of `found`, and returns its entry of `key`; null when something
+    /// else stands there.
+    IConfigEntry* add(ConfigTree const& found, QString const& key);
+
+    /// The entry has been created: it waits for its commit though nothing may be set in it.
+    void markAsCreated(IConfigEntry const& entry);
+
+    /// Forgets a creation that was not committed, with all that was set in it. Others stay.
+    void undoCreation(QString const& key);
+
+    /// Forgets what was set below `key`.
+    void forgetBelow(QString const& key);
+
+    /// Takes `entry` out, with the branches that did nothing but lead to it.
+    void takeOut(IConfigEntry& entry);
+
+    /// Commits the entry `key`, which the buffer has, in the order of the default settings. What the
+    /// backend refused stays.
+    void commit(QString const& key, Reg::Registry* defaults);
+
+    /// To be called when no request is served any more.
+    void deleteTakenOut();
+
+private:
+    Q_DISABLE_COPY(SetBuffer)
+
+    bool holds(IConfigEntry const& entry) const;
+    void commitHeld(IConfigEntry& entry);
+    void takeOut(IConfigEntry& entry, PendingKeys const& kept);
+    void takeApart(IConfigEntry& entry, PendingKeys const& kept);
+
+    ConfigTree* mTree;
+    QSet<IConfigEntry const*> mCreated;
+    QList<IConfigEntry*> mTakenOut;
+};
