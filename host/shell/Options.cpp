@@ -101,7 +101,7 @@ bool readOptions(int argc, char** argv, Options& options, int& exitStatus)
     options.words = optionTexts(app.remaining());
     QString const first = options.words.value(0);
     if (first.size() > 1 && first.startsWith(QLatin1Char('-'))) {
-        writeMessage(first + QLatin1String(": unknown option (see --help)"));
+        writeMessage(shownText(first) + QLatin1String(": unknown option (see --help)"));
         exitStatus = kUsageError;
         return false;
     }

@@ -19,11 +19,11 @@ void PendingValues::add(QString const& key, QString const& value)
     mValues.insert(key, value);
 }
 
-void PendingValues::committed(QString const& key)
+void PendingValues::settled(QString const& key)
 {
-    QMap<QString, QString> const settled = under(key);
+    QMap<QString, QString> const values = under(key);
     Guard const guard(mMutex);
-    for (QString const& settledKey : settled.keys())
+    for (QString const& settledKey : values.keys())
         mValues.remove(settledKey);
 }
 

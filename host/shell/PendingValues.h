@@ -17,7 +17,8 @@ public:
     /// @param value  null for a key that is created.
     void add(QString const& key, QString const& value);
 
-    void committed(QString const& key);
+    /// What was set at or under `key` does not wait any more: it was committed or deleted.
+    void settled(QString const& key);
 
     /// A plugin that is asked through a key above its root drops nothing.
     void rolledBack(QString const& key);

@@ -14,6 +14,7 @@ TraceEvent::Kind const kCall = TraceEvent::BackendCall;
 TracedHost::TracedHost(Vantora& host, Trace& trace)
     : mHost(host)
     , mTrace(trace)
+    , mDeletions(0)
 {
 }
 
@@ -54,7 +55,7 @@ int TracedHost::commit(QString const& key)
     TracedCall call(mTrace, kCall, "commit", key);
     int const code = mHost.commit(key);
     if (code == kDone)
-        mPending.committed(key);
+        mPending.settled(key);
     return call.end(code);
 }
 
@@ -92,7 +93,14 @@ int TracedHost::contains(QString const& key)
 int TracedHost::del(QString const& key)
 {
     TracedCall call(mTrace, kCall, "del", key);
-    return call.end(mHost.del(key));
+    int const before = mDeletions;
+    int const code = mHost.del(key);
+    if (code == kDone && !mPending.isPlugins(key))
+        ++mDeletions;
+    // What a plugin was given stays with it, unless it has passed the deletion on to the registry.
+    if (code == kDone && mDeletions != before)
+        mPending.settled(key);
+    return call.end(code);
 }
 
 int TracedHost::clone(QString const& source, QString const& target)

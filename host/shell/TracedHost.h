@@ -4,6 +4,8 @@
 
 #include <vantora/vantora.h>
 
+#include <atomic>
+
 class Trace;
 
 /// A host whose calls are traced and whose pending values are remembered. It answers what the host
@@ -38,4 +40,7 @@ private:
     Vantora& mHost;
     Trace& mTrace;
     PendingValues mPending;
+
+    // Of keys that are no plugin's.
+    std::atomic<int> mDeletions;
 };

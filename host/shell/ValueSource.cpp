@@ -30,10 +30,11 @@ bool isValueOfRegistry(TraceEvent const& step)
     return step.kind == TraceEvent::BackendCall && step.code == 0 && step.hasValue;
 }
 
-/// The last step that can have brought the value says.
+/// The last step that can have brought the value says; the bus is asked for the visibility already.
 QString sourceFrom(QList<TraceEvent> const& steps)
 {
     QString source;
+    bool isOnBus = false;
     for (TraceEvent const& step : steps) {
         if (isGetScript(step))
             // What was read before was the environment of the script.
@@ -41,10 +42,10 @@ QString sourceFrom(QList<TraceEvent> const& steps)
         else if (isValueOfRegistry(step))
             source = QLatin1String(
                 liesAtOrUnder(step.subject, QLatin1String(kDisplayKeys)) ? "display" : "registry");
-        else if (step.kind == TraceEvent::BusCall && source.isEmpty())
-            source = QLatin1String("wireless");
+        else if (step.kind == TraceEvent::BusCall)
+            isOnBus = true;
     }
-    return source;
+    return source.isEmpty() && isOnBus ? QString::fromLatin1("wireless") : source;
 }
 
 } // namespace
