@@ -29,6 +29,9 @@ private slots:
     void killedHost_data();
     void killedHost();
     void hostKilledWhileItsJournalWasMovedIntoTheFile();
+    void hostKilledWhileItMadeTheFile();
+    void journalBesideAForeignFileIsNoExcuse_data();
+    void journalBesideAForeignFileIsNoExcuse();
 };
 
 namespace {
@@ -51,6 +54,22 @@ QByteArray makeDatabase(QByteArray const& sql)
     TestDirectory scratch;
     runSql(scratch.file("made.db"), sql);
     return scratch.read("made.db");
+}
+
+// Makes a database in one transaction, and copies the file and its journal before that has ended, when
+// the first page is not written yet.
+void makeHalf(QString const& file)
+{
+    TestDirectory scratch;
+    QString const made = scratch.file("made.db");
+    sqlite3* connection = nullptr;
+    QCOMPARE(sqlite3_open(QFile::encodeName(made).constData(), &connection), SQLITE_OK);
+    char const* const sql = "PRAGMA cache_size = 1; BEGIN EXCLUSIVE; CREATE TABLE a (b);"
+                            "INSERT INTO a VALUES (randomblob(100000))";
+    QCOMPARE(sqlite3_exec(connection, sql, nullptr, nullptr, nullptr), SQLITE_OK);
+    QVERIFY(QFile::copy(made, file));
+    QVERIFY(QFile::copy(made + "-journal", file + "-journal"));
+    sqlite3_close(connection);
 }
 
 QString refusal(QString const& database)
@@ -423,6 +442,44 @@ void RegistryDatabaseTest::hostKilledWhileItsJournalWasMovedIntoTheFile()
         return;
     }
     QFAIL("no host was killed at the right moment");
+}
+
+void RegistryDatabaseTest::hostKilledWhileItMadeTheFile()
+{
+    TestDirectory scratch;
+    QString const file = scratch.file("registry.db");
+    makeHalf(file);
+    QCOMPARE(scratch.read("registry.db").left(100), QByteArray(100, '\0'));
+    {
+        OpenRegistry registry(file);
+        QCOMPARE(registry.answer(kUsb), QString::fromLatin1("3 1"));
+        registry.addSession(kSession, "one");
+    }
+    QCOMPARE(QDir(scratch.path()).entryList(QDir::Files), QStringList() << "registry.db");
+    OpenRegistry registry(file);
+    QCOMPARE(registry.answer(kSession + "/label"), QString::fromLatin1("2 one"));
+}
+
+void RegistryDatabaseTest::journalBesideAForeignFileIsNoExcuse_data()
+{
+    QTest::addColumn<QByteArray>("contents");
+
+    QTest::newRow("text") << QByteArray("text\n").repeated(1000);
+    QTest::newRow("zeros and then text") << QByteArray(99, '\0') + QByteArray("text\n").repeated(9);
+    QTest::newRow("database of another program") << makeDatabase("CREATE TABLE a (b)");
+}
+
+void RegistryDatabaseTest::journalBesideAForeignFileIsNoExcuse()
+{
+    QFETCH(QByteArray, contents);
+
+    TestDirectory scratch;
+    makeHalf(scratch.file("registry.db"));
+    QByteArray const journal = scratch.read("registry.db-journal");
+    QString const file = scratch.write("registry.db", contents);
+    QVERIFY(!refusal(file).isEmpty());
+    QCOMPARE(scratch.read("registry.db"), contents);
+    QVERIFY(scratch.read("registry.db-journal") == journal);
 }
 
 QTEST_MAIN(RegistryDatabaseTest)

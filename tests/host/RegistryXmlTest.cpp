@@ -18,6 +18,7 @@ private slots:
     void importIsCommittedAtOnce();
     void importSetsWhatItListsAndLeavesTheRest();
     void importTakesTheLaterOfTwo();
+    void importNamesANewSessionTwice();
     void importSettlesWhatWasPending();
     void importBringsBackADeletedSession();
     void refusedImportChangesNothing_data();
@@ -253,6 +254,30 @@ void RegistryXmlTest::importTakesTheLaterOfTwo()
     data = session("<key name='label' value='three'/><key name='label'/>");
     QCOMPARE(registry.importRegistry(data), 0);
     QCOMPARE(registry.answer(kLabel), QString::fromLatin1("3 "));
+}
+
+void RegistryXmlTest::importNamesANewSessionTwice()
+{
+    TestDirectory scratch;
+    {
+        OpenRegistry registry(scratch.file("registry.db"));
+        QByteArray const rdp = "<dir name='ConnectionType'><dir name='rdesktop'>"
+                               "<dir name='connections'><dir name='"
+            + kFirst.toLatin1() + "'>%</dir></dir></dir></dir>";
+        QByteArray const label = QByteArray(rdp).replace("%", "<key name='label' value='one'/>");
+        QByteArray const address = QByteArray(rdp).replace("%", "<key name='address' value='a'/>");
+        // In two directories of one name, and twice in one directory.
+        QByteArray data = "<registry><dir name='root'>" + label + "</dir><dir name='root'>"
+            + address + address + "</dir></registry>";
+        QCOMPARE(registry.importRegistry(data), 0);
+        QCOMPARE(registry.answers(kRdp), QStringList() << "0 " + kSession);
+        registry.addSession(kRdp + "/" + kSecond, "two");
+    }
+    OpenRegistry registry(scratch.file("registry.db"));
+    QCOMPARE(registry.answer(kLabel), QString::fromLatin1("2 one"));
+    QCOMPARE(registry.answer(kSession + "/address"), QString::fromLatin1("2 a"));
+    QCOMPARE(registry.answers(kRdp),
+             QStringList() << "0 " + kSession << "0 " + kRdp + "/" + kSecond);
 }
 
 void RegistryXmlTest::importSettlesWhatWasPending()
