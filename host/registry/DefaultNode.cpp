@@ -87,6 +87,8 @@ QString DefaultNode::regExp() const
 
 bool DefaultNode::admits(QString const& value) const
 {
+    if (value == mDefaultValue)
+        return true;
     if (!typeAdmits(mType, value))
         return false;
     return mRegExp.pattern().isEmpty() || mRegExp.exactMatch(value);

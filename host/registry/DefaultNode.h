@@ -52,8 +52,8 @@ public:
     /// Null when there is none.
     QString regExp() const;
 
-    /// True when `value` fits the type and matches the regular expression. Calls for one node must
-    /// not overlap: the expression keeps the state of its last match.
+    /// True when `value` is the default, or fits the type and matches the regular expression. Calls
+    /// for one node must not overlap: the expression keeps the state of its last match.
     bool admits(QString const& value) const;
 
 private:

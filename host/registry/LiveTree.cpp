@@ -102,6 +102,12 @@ void LiveTree::setValue(QString const& key, QString const& value)
 
 void LiveTree::remove(QString const& key)
 {
-    LiveNode* const parent = makeNode(parentKey(key));
-    delete parent->mChildren.take(key.mid(key.lastIndexOf(QLatin1Char('/')) + 1));
+    LiveNode* parent = &mTop;
+    KeyPieces pieces(key);
+    while (pieces.next() && !pieces.isLast()) {
+        parent = parent->mChildren.value(pieces.piece());
+        if (!parent)
+            return;
+    }
+    delete parent->mChildren.take(pieces.piece());
 }

@@ -23,11 +23,6 @@ QString childKey(QString const& directory, QString const& name)
     return directory + kSeparator + name;
 }
 
-QString parentKey(QString const& key)
-{
-    return key.left(qMax(0, key.lastIndexOf(kSeparator)));
-}
-
 bool isPlaceholder(QString const& name)
 {
     return name == QLatin1String("{UUID}") || name == QLatin1String("{uuid}");

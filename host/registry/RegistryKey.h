@@ -8,9 +8,6 @@ bool isAtOrUnder(QString const& key, QString const& root);
 /// The key of the child `name` of `directory`.
 QString childKey(QString const& directory, QString const& name);
 
-/// The part of `key` before its last "/"; empty when there is none.
-QString parentKey(QString const& key);
-
 /// True for "{UUID}" and "{uuid}", the names of template directories.
 bool isPlaceholder(QString const& name);
 

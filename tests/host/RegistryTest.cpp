@@ -25,6 +25,9 @@ private slots:
     void valueTypes_data();
     void valueTypes();
     void regularExpressionMatchesTheWholeValue();
+    void defaultIsNeverRefused_data();
+    void defaultIsNeverRefused();
+    void firstComponentMayBeAValue();
 
     void createdSessionShowsItsLeavesOnceCommitted();
     void setBelowAPendingSession();
@@ -322,7 +325,7 @@ void RegistryTest::regularExpressionMatchesTheWholeValue()
     TestDirectory defaults;
     defaults.write("defaults.xml",
                    "<registry><dir name='root'>"
-                   "<key name='k' regexp='[a-c]+'/></dir></registry>");
+                   "<key name='k' regexp='[a-c]+' default='a'/></dir></registry>");
     OpenRegistry registry(":memory:", defaults.path());
     QCOMPARE(registry.set("root/k", "abc"), 0);
     QVERIFY(registry.set("root/k", "abcd") != 0);
@@ -332,6 +335,62 @@ void RegistryTest::regularExpressionMatchesTheWholeValue()
     QCOMPARE(registry.commit("root/k"), 0);
     QCOMPARE(registry.answer("root/k"), QString::fromLatin1("2 abc"));
     QCOMPARE(registry.answer("root/k", REG_PARAM_REGEXP), QString::fromLatin1("2 [a-c]+"));
+}
+
+void RegistryTest::defaultIsNeverRefused_data()
+{
+    QTest::addColumn<QString>("attributes");
+    QTest::addColumn<QString>("value");
+    QTest::addColumn<QString>("near");
+
+    QTest::newRow("empty number") << "type='number'"
+                                  << ""
+                                  << " ";
+    QTest::newRow("empty truth value") << "type='bool'"
+                                       << ""
+                                       << "maybe";
+    QTest::newRow("empty, with an expression") << "regexp='[a-c]+'"
+                                               << ""
+                                               << "d";
+    QTest::newRow("one that breaks the expression") << "regexp='[a-c]+' default='d'"
+                                                    << "d"
+                                                    << "e";
+    QTest::newRow("one of a type and an expression") << "type='number' regexp='[1-9]+' default='0'"
+                                                     << "0"
+                                                     << "00";
+}
+
+void RegistryTest::defaultIsNeverRefused()
+{
+    QFETCH(QString, attributes);
+    QFETCH(QString, value);
+    QFETCH(QString, near);
+
+    TestDirectory defaults;
+    QString const document = "<registry><dir name='root'><key name='k' %1/></dir></registry>";
+    defaults.write("defaults.xml", document.arg(attributes).toLatin1());
+    OpenRegistry registry(":memory:", defaults.path());
+    QVERIFY(registry.set("root/k", near) != 0);
+    QCOMPARE(registry.set("root/k", value), 0);
+    QCOMPARE(registry.commit("root/k"), 0);
+    QCOMPARE(registry.answer("root/k"), "2 " + value);
+
+    QByteArray data = "<registry><dir name='root'><key name='k' value='" + value.toLatin1()
+        + "'/></dir></registry>";
+    QCOMPARE(registry.importRegistry(data), 0);
+}
+
+void RegistryTest::firstComponentMayBeAValue()
+{
+    TestDirectory scratch;
+    scratch.write("defaults.xml", "<registry><key name='k' default='d'/></registry>");
+    OpenRegistry registry(scratch.file("registry.db"), scratch.path());
+    QCOMPARE(registry.set("k", "v"), 0);
+    QCOMPARE(registry.commit("k"), 0);
+    QCOMPARE(registry.answer("k"), QString::fromLatin1("2 v"));
+    QCOMPARE(registry.del("k"), 0);
+    QCOMPARE(registry.commit("k"), 0);
+    QCOMPARE(registry.answer("k"), QString::fromLatin1("3 d"));
 }
 
 void RegistryTest::createdSessionShowsItsLeavesOnceCommitted()
