@@ -626,6 +626,8 @@ void RegistryTest::delOfASessionTakesNestedSessionsAlong()
         QVERIFY(registry.commit(inner) != 0);
         QCOMPARE(registry.commit(outer), 0);
         QCOMPARE(registry.answers("root"), QStringList() << "0 " + outer);
+        QVERIFY(registry.del(outer + "/parts") != 0);
+        QVERIFY(registry.create(outer + "/parts") != 0);
         QCOMPARE(registry.del(outer), 0);
         QCOMPARE(registry.create(outer), 0);
         QVERIFY(registry.set(inner + "/k", "w") != 0);
