@@ -56,10 +56,7 @@ Outcomes pendingOutcomes(TracedHost& host, QString const& key)
     Outcomes outcomes;
     QMap<QString, _RegEntryChange>::const_iterator change = changes.constBegin();
     for (; change != changes.constEnd(); ++change) {
-        // A value that was set before is gone with the deletion.
-        bool const hasValue = change.value() != REG_CHANGE_DELETED;
-        PendingOutcome const outcome
-            = {change.value(), hasValue ? values.value(change.key()) : QString()};
+        PendingOutcome const outcome = {change.value(), values.value(change.key())};
         if (key.isEmpty() || liesAtOrUnder(change.key(), key))
             outcomes.insert(change.key(), outcome);
     }

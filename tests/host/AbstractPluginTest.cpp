@@ -7,7 +7,10 @@
 
 namespace {
 
-// Knows one number, one directory with one value in it, and an empty directory.
+QString const kTyped = QLatin1String("root/type-");
+
+// Knows one number, one directory with one value in it, an empty directory, and a value of each type by
+// the number of the type.
 class SmallRegistry : public Reg::Registry
 {
 public:
@@ -20,6 +23,11 @@ public:
         }
         if (key == QLatin1String("root/directory")) {
             nodes.append(new Reg::Entry(key + QLatin1String("/only"), QLatin1String("x")));
+            return 0;
+        }
+        if (key.startsWith(kTyped)) {
+            int const type = key.mid(kTyped.size()).toInt();
+            nodes.append(new Reg::Entry(key, QString(), static_cast<_RegEntryType>(type)));
             return 0;
         }
         return key == QLatin1String("root/empty") ? 0 : 1;
@@ -82,6 +90,7 @@ private slots:
     void changesAnswersNoneAndSucceeds();
     void getOfAParameter_data();
     void getOfAParameter();
+    void typesInWords();
     void getAddsToTheResult();
     void contains_data();
     void contains();
@@ -192,6 +201,18 @@ void AbstractPluginTest::getOfAParameter()
         QCOMPARE(result.keys().first(), text);
         QCOMPARE(result.value(text), REG_NODE_VALUE);
     }
+}
+
+void AbstractPluginTest::typesInWords()
+{
+    QString words;
+    for (int type = REG_TYPE_STRING; type <= REG_TYPE_BOOL; ++type) {
+        QMap<QString, _RegNodeType> result;
+        QString const key = kTyped + QString::number(type);
+        QCOMPARE(mPlugin->get(key, result, REG_PARAM_TYPE, QString()), 0);
+        words += result.keys().first() + " ";
+    }
+    QCOMPARE(words, QString("string rc4 uuid char ipv4 number float date bool "));
 }
 
 void AbstractPluginTest::getAddsToTheResult()

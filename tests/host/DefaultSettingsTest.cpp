@@ -22,6 +22,8 @@ private slots:
     void faultyFile();
     void nothingOfADirectoryWithOneFaultyFileIsAdded();
     void directoryWithoutFilesIsRefused();
+    void furtherDirectoryLeavesTheFormerAsTheyWere();
+    void emptyExpressionIsNone();
     void deepDocumentIsRefused();
     void shippedRegistryKeys_data();
     void shippedRegistryKeys();
@@ -264,6 +266,36 @@ void DefaultSettingsTest::directoryWithoutFilesIsRefused()
     QVERIFY(error.contains("missing"));
 }
 
+void DefaultSettingsTest::furtherDirectoryLeavesTheFormerAsTheyWere()
+{
+    DefaultSettings settings;
+    loadText(settings, kSample);
+    loadText(settings, "<registry><dir name='root'><key name='beta'/></dir></registry>");
+    QCOMPARE(names(settings, "root"),
+             QStringList() << "zeta"
+                           << "sessions/"
+                           << "alpha"
+                           << "beta");
+    Reg::NodeSet nodes;
+    QCOMPARE(settings.query(QLatin1String("root/zeta"), nodes, QString()), 0);
+    Reg::Entry const* const entry = dynamic_cast<Reg::Entry const*>(nodes.at(0));
+    QVERIFY(entry);
+    QCOMPARE(entry->value(), QString::fromLatin1("7"));
+    QCOMPARE(entry->type(), REG_TYPE_NUMBER);
+    QCOMPARE(entry->regExp(), QString::fromLatin1("[0-9]+"));
+    QCOMPARE(names(settings, "root/sessions/{uuid}"), QStringList() << "name");
+}
+
+void DefaultSettingsTest::emptyExpressionIsNone()
+{
+    DefaultSettings settings;
+    loadText(settings, "<registry><dir name='root'><key name='k' regexp=''/></dir></registry>");
+    Reg::NodeSet nodes;
+    QCOMPARE(settings.query(QLatin1String("root/k"), nodes, QString()), 0);
+    Reg::Entry const* const entry = dynamic_cast<Reg::Entry const*>(nodes.at(0));
+    QVERIFY(entry && entry->regExp().isNull());
+}
+
 void DefaultSettingsTest::deepDocumentIsRefused()
 {
     TestDirectory directory;
@@ -272,6 +304,14 @@ void DefaultSettingsTest::deepDocumentIsRefused()
     QString error;
     QVERIFY(!settings.load(directory.path(), error));
     QVERIFY2(error.contains("too deep"), qPrintable(error));
+
+    int const deepest = 63;
+    QByteArray const begin = QByteArray("<dir name='d'>").repeated(deepest);
+    QByteArray const end = QByteArray("</dir>").repeated(deepest);
+    directory.write("deep.xml", "<registry>" + begin + end + "</registry>");
+    QVERIFY2(settings.load(directory.path(), error), qPrintable(error));
+    directory.write("deep.xml", "<registry>" + begin + "<dir name='d'/>" + end + "</registry>");
+    QVERIFY(!settings.load(directory.path(), error));
 }
 
 void DefaultSettingsTest::shippedRegistryKeys_data()

@@ -20,6 +20,7 @@ private slots:
     void keysThatAreNoLongerDeclaredAreKeptOutOfSight();
     void fileThatCannotBeOpenedStaysAsItWas_data();
     void fileThatCannotBeOpenedStaysAsItWas();
+    void fileWithADamagedPageIsRefused();
     void newerVersionIsRefused();
     void pathsThatCannotBeOpened_data();
     void pathsThatCannotBeOpened();
@@ -302,6 +303,29 @@ void RegistryDatabaseTest::fileThatCannotBeOpenedStaysAsItWas()
     QVERIFY2(error.contains(reason), qPrintable(error));
     QCOMPARE(scratch.read("registry.db"), contents);
     QCOMPARE(QDir(scratch.path()).entryList(QDir::Files), QStringList() << "registry.db");
+}
+
+void RegistryDatabaseTest::fileWithADamagedPageIsRefused()
+{
+    int const page = 4096;
+    int const sessions = 300;
+    TestDirectory scratch;
+    QString const file = scratch.file("registry.db");
+    {
+        OpenRegistry registry(file);
+        for (int number = 1; number <= sessions; ++number) {
+            QCOMPARE(registry.create(sessionNumber(number)), 0);
+            QCOMPARE(registry.set(sessionNumber(number) + "/label", "a label"), 0);
+        }
+        QCOMPARE(registry.commit("root"), 0);
+    }
+    QByteArray const whole = scratch.read("registry.db");
+    QVERIFY(whole.size() > 10 * page);
+    // The page that lists the unused ones is not read, and there is none.
+    for (int at = page; at < whole.size(); at += page) {
+        scratch.write("registry.db", QByteArray(whole).replace(at, page, QByteArray(page, '\377')));
+        QVERIFY2(refusal(file).contains("malformed"), QByteArray::number(at / page).constData());
+    }
 }
 
 void RegistryDatabaseTest::newerVersionIsRefused()

@@ -521,6 +521,9 @@ void RegistryTest::createIsRefused_data()
     QTest::newRow("no UUID") << kRdp + "/first";
     QTest::newRow("slash behind") << kSession + "/";
     QTest::newRow("doubled slash") << kRdp + "//" + kFirst;
+    QTest::newRow("UUID with a control character behind") << kSession + QChar(7);
+    QTest::newRow("UUID with half a surrogate pair behind") << kSession + QChar(0xd800);
+    QTest::newRow("UUID with no character behind") << kSession + QChar(0xfffe);
     QTest::newRow("literal placeholder") << kRdp + "/{UUID}";
     QTest::newRow("session under a literal placeholder") << kRdp + "/{UUID}/" + kFirst;
 }

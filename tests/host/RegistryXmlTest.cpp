@@ -177,6 +177,8 @@ void RegistryXmlTest::importOfAnExport_data()
     QTest::newRow("outside the basic plane")
         << QString::fromUtf8("\xf0\x9f\x98\x80\xf4\x8f\xbf\xbf");
     QTest::newRow("no characters") << QString(QChar(0xfffe)) + QChar(0xffff);
+    QTest::newRow("first that is no character") << QString(QChar(0xfffe));
+    QTest::newRow("last that is one") << QString(QChar(0xfffd));
     QTest::newRow("byte order mark") << QString(QChar(0xfeff)) + "a";
     QTest::newRow("line separator") << QString(QChar(0x2028)) + QChar(0x2029);
     QTest::newRow("many megabytes") << QString(4 * 1024 * 1024, QLatin1Char('x'));

@@ -9,6 +9,7 @@
 #include <QtTest>
 
 #include <cstddef>
+#include <cstring>
 
 #include <link.h>
 
@@ -17,6 +18,21 @@ namespace {
 QString module(char const* name)
 {
     return QString::fromLatin1(MODULES_DIR "/%1.so").arg(QLatin1String(name));
+}
+
+/// Where the last part of a module ends that is mapped into memory.
+int endOfLastPart(QByteArray const& module)
+{
+    ElfW(Ehdr) header;
+    std::memcpy(&header, module.constData(), sizeof header);
+    quint64 end = 0;
+    for (int i = 0; i < header.e_phnum; ++i) {
+        ElfW(Phdr) part;
+        std::memcpy(&part, module.constData() + header.e_phoff + i * sizeof part, sizeof part);
+        if (part.p_type == PT_LOAD)
+            end = qMax<quint64>(end, part.p_offset + part.p_filesz);
+    }
+    return int(end);
 }
 
 QObject* object(AbstractPlugin* plugin)
@@ -182,6 +198,8 @@ void PluginLoaderTest::fileThatIsNoModuleIsAMessage_data()
     QTest::newRow("module cut off in its header") << whole.left(partOfHeader);
     QTest::newRow("module cut off in its table of parts") << whole.left(partOfTable);
     QTest::newRow("module cut off in its code") << whole.left(partOfCode);
+    QTest::newRow("module without the end of its last part")
+        << whole.left(endOfLastPart(whole) - 1);
     QTest::newRow("module whose table of parts lies nowhere") << QByteArray(whole).replace(
         offsetof(ElfW(Ehdr), e_phoff), sizeof(ElfW(Off)), QByteArray(sizeof(ElfW(Off)), '\377'));
 }

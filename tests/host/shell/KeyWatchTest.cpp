@@ -1,5 +1,6 @@
-#include "host/OpenRegistry.h"
 #include "shell/KeyWatch.h"
+
+#include "host/OpenRegistry.h"
 #include "shell/Reply.h"
 
 class KeyWatchTest : public QObject
