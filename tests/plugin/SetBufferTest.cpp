@@ -86,6 +86,8 @@ private slots:
     void deletedValueIsCommittedAtAnyHeight();
     void hiddenKeyStaysPending();
     void refusedValueIsCommittedAgainWithItsBranch();
+    void refusedTargetOfSettingIsCommittedAgain();
+    void refusedDisplayValueIsCommittedAgain();
     void valueWithoutARegistryKeyIsNotKept();
     void deletingDoesNotDropAValue();
     void applyingDoesNotDropAValue();
@@ -856,6 +858,38 @@ void SetBufferTest::refusedValueIsCommittedAgainWithItsBranch()
         QCOMPARE(scene.backend.calls("commit"), QStringList() << asked);
         QCOMPARE(scene.wrappers.read("zelvo-view/usb", "log"), QByteArray("false\nfalse\n"));
     }
+}
+
+void SetBufferTest::refusedTargetOfSettingIsCommittedAgain()
+{
+    QFETCH_GLOBAL(QString, root);
+
+    PluginScene scene(root);
+    scene.wrappers.addFile("zelvo-view/usb/enable", "set.env", "REG_SET=root/other/key\n");
+    QCOMPARE(scene.set(scene.at("usb/enable"), "false"), 0);
+    scene.backend.fail("commit", 1);
+    QCOMPARE(scene.commit(scene.at("usb")), 0);
+    QVERIFY(scene.plugin->setBuffer()->entry(scene.at("usb/enable")));
+    QCOMPARE(scene.commit(scene.at("usb")), 0);
+    QCOMPARE(scene.backend.value("root/other/key"), QString("false"));
+    QVERIFY(scene.plugin->setBuffer()->children().isEmpty());
+}
+
+void SetBufferTest::refusedDisplayValueIsCommittedAgain()
+{
+    QFETCH_GLOBAL(QString, root);
+
+    PluginScene scene(root);
+    QString const registryKey = "root/Display/Configuration/swapstate";
+    scene.defaults.addValue(scene.at("display/primary_monitor"), "1");
+    scene.backend.addValue(registryKey, "0");
+    QCOMPARE(scene.set(scene.at("display/primary_monitor"), "2"), 0);
+    scene.backend.fail("commit", 1);
+    QCOMPARE(scene.commit(scene.at("display")), 0);
+    QVERIFY(scene.plugin->setBuffer()->entry(scene.at("display/primary_monitor")));
+    QCOMPARE(scene.commit(scene.at("display")), 0);
+    QCOMPARE(scene.backend.value(registryKey), QString("1"));
+    QVERIFY(scene.plugin->setBuffer()->children().isEmpty());
 }
 
 void SetBufferTest::valueWithoutARegistryKeyIsNotKept()

@@ -110,6 +110,8 @@ private slots:
     void sessionBelowASessionIsNotCreated();
     void delRunsTheActionsWhateverTheyAnswer();
     void delOfASessionDeletesItAndItsKeys();
+    void delReachesOneLevelBelowTheKey_data();
+    void delReachesOneLevelBelowTheKey();
 
     void hiddenKeyIsNotHandled_data();
     void hiddenKeyIsNotHandled();
@@ -566,6 +568,78 @@ void ZelvoViewTest::delOfASessionDeletesItAndItsKeys()
                            << QString("del ") + kSession + "/autostart"
                            << QString("del ") + kSession + "/address"
                            << QString("del ") + kSession);
+}
+
+void ZelvoViewTest::delReachesOneLevelBelowTheKey_data()
+{
+    QTest::addColumn<QString>("key");
+    QTest::addColumn<QStringList>("deleted");
+    QTest::addColumn<QStringList>("scripts");
+
+    QString const allowed = "del root/USB/root/mass-storage/allowed";
+    QString const readOnly = "del root/USB/root/mass-storage/read-only";
+    QString const icaSession = QString("root/ConnectionType/ica/connections/") + kUuid;
+    QTest::newRow("an area") << "/usb" << (QStringList() << allowed << readOnly)
+                             << QStringList("usb");
+    QTest::newRow("an area of scripts") << "/radio" << QStringList()
+                                        << (QStringList() << "radio/ssid"
+                                                          << "radio/security"
+                                                          << "radio/passphrase"
+                                                          << "radio");
+    QTest::newRow("the root") << "" << QStringList()
+                              << (QStringList() << "usb"
+                                                << "radio"
+                                                << "rdp"
+                                                << "ica"
+                                                << "empty"
+                                                << "");
+    QTest::newRow("a session with a branch in it")
+        << QString("/ica/sessions/") + kUuid
+        << (QStringList() << "del " + icaSession + "/label"
+                          << "del " + icaSession)
+        << QStringList("ica/sessions/{uuid}/proxy");
+    QTest::newRow("a branch in a session")
+        << QString("/ica/sessions/") + kUuid + "/proxy"
+        << (QStringList() << "del " + icaSession + "/proxyAddress"
+                          << "del " + icaSession + "/proxyPort")
+        << QStringList("ica/sessions/{uuid}/proxy");
+    QTest::newRow("all sessions") << "/ica/sessions" << QStringList("del " + icaSession)
+                                  << QStringList("ica/sessions");
+    QTest::newRow("a kind, and no session") << "/ica" << QStringList()
+                                            << (QStringList() << "ica/sessions"
+                                                              << "ica");
+}
+
+void ZelvoViewTest::delReachesOneLevelBelowTheKey()
+{
+    QFETCH_GLOBAL(QString, root);
+    QFETCH(QString, key);
+    QFETCH(QStringList, deleted);
+    QFETCH(QStringList, scripts);
+
+    PluginScene scene(root);
+    scene.addSessions("ica", QStringList() << kUuid);
+    // A key that the registry deletes has no script here: it would take the registry's place.
+    QStringList const folders = QStringList() << "usb"
+                                              << "radio"
+                                              << "radio/ssid"
+                                              << "radio/security"
+                                              << "radio/passphrase"
+                                              << "rdp"
+                                              << "rdp/sessions"
+                                              << "ica"
+                                              << "ica/sessions"
+                                              << "ica/sessions/{uuid}/proxy"
+                                              << "empty";
+    QByteArray const logFile = scene.wrappers.folder("log").toLocal8Bit();
+    for (QString const& folder : folders)
+        scene.wrappers.addScript("zelvo-view/" + folder, "del.sh",
+                                 "echo " + folder.toLatin1() + " >>" + logFile);
+    scene.wrappers.addScript("zelvo-view", "del.sh", "echo >>" + logFile);
+
+    QCOMPARE(scene.del(root + key), 0);
+    QCOMPARE(scene.backend.calls("del"), deleted);
+    QCOMPARE(QString(scene.wrappers.read("", "log")), scripts.join("\n") + "\n");
 }
 
 void ZelvoViewTest::hiddenKeyIsNotHandled_data()

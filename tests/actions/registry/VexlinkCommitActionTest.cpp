@@ -161,8 +161,11 @@ void VexlinkCommitActionTest::valuesAreTheBufferedOnes()
 {
     ActionScene scene;
     scene.backend.addValue(QString(kKey) + "/label", "the registry's");
+    ActionKit::instance()->matchRegistryKey("zelvo-view/vexlink/sessions/{uuid}/name",
+                                            QString(kTemplate) + "/label", nullptr, nullptr);
     // Its default is "the default".
     ConfigKey& name = scene.key(QString(kSession) + "/name");
+    QCOMPARE(name.value(), QString("the registry's"));
     VexlinkCommitAction action(kTemplate);
     QVERIFY(action.processEnvironment(scene.branch(kSession)).contains("VEXLINK_NAME="));
 
