@@ -74,7 +74,7 @@ private:
 
     void problem(QString const& message)
     {
-        Problem const one = {mNumber, message};
+        Problem const one = {Fault, mNumber, message};
         mLines.problems.append(one);
     }
 

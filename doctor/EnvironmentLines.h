@@ -1,7 +1,7 @@
 #pragma once
 
 #include "actions/registry/EnvironmentFile.h"
-#include "doctor/ScriptFile.h"
+#include "doctor/Problem.h"
 
 /// A declaration and where it stands.
 struct DeclarationLine

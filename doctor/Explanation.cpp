@@ -86,12 +86,9 @@ QList<Finding> findingsAbove(QList<IConfigEntry const*> const& levels)
     QList<Finding> findings;
     for (IConfigEntry const* const level : levels.mid(0, levels.size() - 1)) {
         QString const script = Wrapper::path(*level, Wrapper::kIsVisible);
-        QList<Problem> const problems = problemsOfScript(script);
-        for (Problem const& problem : problems) {
-            Finding const finding
-                = {script, problem.line, generalisedPath(level->path()), problem.message};
-            findings.append(finding);
-        }
+        QList<Problem> const problems = problemsOfScript(script, InheritedEnvironment);
+        for (Problem const& problem : problems)
+            findings.append(makeFinding(script, generalisedPath(level->path()), problem));
     }
     return findings;
 }

@@ -1,10 +1,15 @@
 #pragma once
 
+#include "doctor/Problem.h"
+
+#include <QList>
 #include <QString>
 
-/// Something that does not do what it seems to be there for.
+/// What is to be said of a file of the wrappers tree.
 struct Finding
 {
+    Severity severity;
+
     /// The full path.
     QString file;
 
@@ -16,3 +21,8 @@ struct Finding
 
     QString message;
 };
+
+Finding makeFinding(QString const& file, QString const& key, Problem const& problem);
+
+/// Whether one of them is more than a note.
+bool hasFault(QList<Finding> const& findings);

@@ -56,20 +56,20 @@ private:
 
     void report(QString const& file, int line, QString const& message)
     {
-        Finding const finding = {file, line, mViewKey, message};
-        mFindings.append(finding);
+        Problem const problem = {Fault, line, message};
+        mFindings.append(makeFinding(file, mViewKey, problem));
     }
 
     void report(QString const& file, QList<Problem> const& problems)
     {
         for (Problem const& problem : problems)
-            report(file, problem.line, problem.message);
+            mFindings.append(makeFinding(file, mViewKey, problem));
     }
 
     void checkScript(Operation const& operation)
     {
         QString const script = path(operation.script);
-        report(script, problemsOfScript(script));
+        report(script, problemsOfScript(script, operation.environment));
         if (!hasScript(operation))
             return;
         if (!operation.isFor(mEntry.kind()))
@@ -94,7 +94,7 @@ private:
         QString const unread = whyVariablesAreNotRead(operation);
         for (DeclarationLine const& line : lines.declarations) {
             if (!line.isTarget())
-                checkVariable(file, line, unread);
+                checkVariable(file, line, operation, unread);
             else if (operation.action == ISettingClass::ACTION_SET_VALUE)
                 checkTarget(file, line);
             else
@@ -106,10 +106,11 @@ private:
     }
 
     /// @param unread  why no script gets it; null when one does.
-    void checkVariable(QString const& file, DeclarationLine const& line, QString const& unread)
+    void checkVariable(QString const& file, DeclarationLine const& line, Operation const& operation,
+                       QString const& unread)
     {
         if (unread.isNull())
-            checkRegistryKey(file, line, false);
+            checkRegistryKey(file, line, operation);
         else
             report(file, line.line,
                    QString::fromLatin1("%1 is not read: ").arg(line.declaration.name) + unread);
@@ -117,9 +118,10 @@ private:
 
     void checkTarget(QString const& file, DeclarationLine const& line)
     {
-        checkRegistryKey(file, line, true);
+        Operation const& set = operation(ISettingClass::ACTION_SET_VALUE);
+        checkRegistryKey(file, line, set);
         // Setting and committing have to agree on the keys.
-        checkTargetIsUsed(file, line.line, operation(ISettingClass::ACTION_SET_VALUE), "set");
+        checkTargetIsUsed(file, line.line, set, "set");
         checkTargetIsUsed(file, line.line, operation(ISettingClass::ACTION_COMMIT), "committed");
     }
 
@@ -149,10 +151,14 @@ private:
         return QString();
     }
 
-    void checkRegistryKey(QString const& file, DeclarationLine const& line, bool isTarget)
+    void checkRegistryKey(QString const& file, DeclarationLine const& line,
+                          Operation const& operation)
     {
         QString const key = line.declaration.registryKey;
-        QString const problem = problemOfRegistryKey(key, isTarget);
+        bool const isRequest = line.isTarget() || operation.action == ISettingClass::ACTION_VALUE;
+        QString const problem = isRequest && isKeyItself(key)
+            ? QLatin1String("is the key itself, which would lead the request into itself")
+            : problemOfRegistryKey(key, line.isTarget());
         if (!problem.isNull())
             report(file, line.line, QString::fromLatin1("%1: %2").arg(key, problem));
     }
@@ -164,8 +170,6 @@ private:
             return QLatin1String("\"{uuid}\" is not replaced here; the word is \"{UUID}\"");
         if (hasComponent(key, registryPlaceholder()) && !hasComponent(mViewKey, viewPlaceholder()))
             return QLatin1String("\"{UUID}\" is replaced for the keys of a session only");
-        if (isTarget && isKeyItself(key))
-            return QLatin1String("is the key itself, which would lead the request into itself");
         switch (knowledgeOf(mView, key)) {
         case UnknownKey: {
             QString const likely = likelyKey(mView, key);
@@ -186,7 +190,7 @@ private:
     {
         QString const inView = replaceUuidComponents(key, viewPlaceholder())
                                    .replace(registryPlaceholder(), viewPlaceholder());
-        return inView == generalisedPath(mEntry.key());
+        return !hasComponent(key, viewPlaceholder()) && inView == generalisedPath(mEntry.key());
     }
 
     /// What "set.sh" made of a value waits in the plugin. The registry is told only of targets, and
@@ -245,12 +249,12 @@ QList<Finding> checkPlace(ExaminedView const& view)
     QString const wrappers = view.kit().wrappersDirectory().path();
     if (!isSplitByCommandLine(wrappers))
         return findings;
-    Finding const finding = {
-        wrappers, 0, QString(),
+    Problem const problem = {
+        Fault, 0,
         QLatin1String("there is a blank or a quote in this path, which splits the command line of "
                       "all scripts but set.sh and commit.sh: they are not found, which counts as "
                       "success")};
-    findings.append(finding);
+    findings.append(makeFinding(wrappers, QString(), problem));
     return findings;
 }
 

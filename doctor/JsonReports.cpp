@@ -75,6 +75,7 @@ Json fileObject(ExpectedFile const& file)
 Json findingObject(Finding const& finding)
 {
     Json object;
+    object["severity"] = finding.severity == Note ? "note" : "fault";
     object["file"] = utf8(finding.file);
     if (finding.line > 0)
         object["line"] = finding.line;

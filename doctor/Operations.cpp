@@ -9,19 +9,19 @@ QList<Operation> makeOperations()
     // clang-format off
     return QList<Operation>()
         << Operation {ISettingClass::ACTION_IS_VISIBLE, "isVisible",
-                      Wrapper::kIsVisible, nullptr, false, "shown"}
+                      Wrapper::kIsVisible, nullptr, false, InheritedEnvironment, "shown"}
         << Operation {ISettingClass::ACTION_VALUE, "get",
-                      Wrapper::kGet, Wrapper::kGetEnv, false, "the default"}
+                      Wrapper::kGet, Wrapper::kGetEnv, false, OwnEnvironment, "the default"}
         << Operation {ISettingClass::ACTION_SET_VALUE, "set",
-                      Wrapper::kSet, Wrapper::kSetEnv, true, "the value waits as it came"}
+                      Wrapper::kSet, Wrapper::kSetEnv, true, OwnEnvironment, "the value waits as it came"}
         << Operation {ISettingClass::ACTION_CREATE, "create",
-                      Wrapper::kCreate, nullptr, false, "refused"}
+                      Wrapper::kCreate, nullptr, false, InheritedEnvironment, "refused"}
         << Operation {ISettingClass::ACTION_DEL, "del",
-                      Wrapper::kDel, nullptr, false, "nothing"}
+                      Wrapper::kDel, nullptr, false, InheritedEnvironment, "nothing"}
         << Operation {ISettingClass::ACTION_COMMIT, "commit",
-                      Wrapper::kCommit, Wrapper::kCommitEnv, true, "nothing"}
+                      Wrapper::kCommit, Wrapper::kCommitEnv, true, OwnEnvironment, "nothing"}
         << Operation {ISettingClass::ACTION_APPLY, "apply",
-                      Wrapper::kApply, nullptr, false, "nothing"};
+                      Wrapper::kApply, nullptr, false, OwnEnvironment, "nothing"};
     // clang-format on
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "actions/ISettingClass.h"
+#include "doctor/ScriptFile.h"
 
 #include <QList>
 #include <QString>
@@ -23,6 +24,8 @@ struct Operation
     /// The script gets a file with a value, and is started by its path. Others are started by a
     /// command line.
     bool takesValue;
+
+    ScriptEnvironment environment;
 
     /// What happens where neither a script nor a back end does anything.
     char const* otherwise;

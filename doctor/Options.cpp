@@ -24,7 +24,7 @@ char const* const kCheck
 char const* const kMap = "The whole view, and what stands behind each key where no script does";
 
 char const* const kExitStatus
-    = "Exit status: 0 nothing is wrong, 1 something is (explain: or there "
+    = "Exit status: 0 nothing is wrong, notes apart, 1 something is (explain: or there "
       "is no such key), 2 it could not be told.";
 
 // What CLI11 fills, in its own types.
@@ -70,7 +70,7 @@ void declareCommands(CLI::App& app, RawOptions& raw, Options& options)
     explain->callback([&options] { options.command = Options::Explain; });
 
     CLI::App* const check = app.add_subcommand("check", kCheck);
-    check->add_option("DIR", raw.checkedDir, "The base directory, as --base-dir");
+    check->add_option("DIR", raw.checkedDir, "The base directory, in place of that of --base-dir");
     check->callback([&options] { options.command = Options::Check; });
 
     CLI::App* const map = app.add_subcommand("map", kMap);

@@ -6,7 +6,7 @@
 
 // What the program prints. Each answers whole lines.
 
-/// "FILE:LINE: MESSAGE (KEY)".
+/// "FILE:LINE: MESSAGE (KEY)", the message of a note with "note: " before it.
 QString textOf(Finding const& finding, Style const& style);
 
 QString textOf(Explanation const& explanation, Style const& style);

@@ -18,13 +18,23 @@ typedef QList<Problem> Problems;
 
 Problems problem(int line, QString const& message)
 {
-    Problem const one = {line, message};
+    Problem const one = {Fault, line, message};
     return Problems() << one;
 }
 
 Problems doesNotStart(int line, QString const& reason)
 {
     return problem(line, reason + QLatin1String(kCountsAsSuccess));
+}
+
+/// @param reason    why the system finds no interpreter in the file.
+/// @param severity  of a file that /bin/sh runs for want of one.
+Problems withoutInterpreter(QString const& reason, ScriptEnvironment environment, Severity severity)
+{
+    if (environment == OwnEnvironment)
+        return doesNotStart(1, reason);
+    Problem const one = {severity, 1, reason + QLatin1String(", so /bin/sh runs it")};
+    return Problems() << one;
 }
 
 bool isExecutableFile(QString const& path)
@@ -43,6 +53,29 @@ bool isInSearchPath(QString const& program)
     return false;
 }
 
+/// What stands behind an interpreter comes to it as one word, which env splits by its "-S".
+///
+/// @param words  what stands behind "env".
+Problems problemsOfEnv(QStringList const& words)
+{
+    bool const isSplit = words.value(0) == QLatin1String("-S");
+    QString const program = isSplit ? words.value(1) : words.join(QLatin1String(" "));
+    if (program.isEmpty())
+        return problem(1,
+                       QLatin1String("env names no program, so it starts this script, again "
+                                     "and again"));
+    // What follows its other options and a variable is not looked for.
+    bool const isProgram
+        = !program.startsWith(QLatin1Char('-')) && !program.contains(QLatin1Char('='));
+    if (!isProgram || isInSearchPath(program))
+        return Problems();
+    QString const reason = QString::fromLatin1("env finds no program \"%1\"").arg(program);
+    return problem(1,
+                   program.contains(QLatin1Char(' '))
+                       ? reason + QLatin1String(", which is one word to it without its \"-S\"")
+                       : reason);
+}
+
 /// @param words  what stands behind "#!".
 Problems problemsOfInterpreter(QStringList const& words)
 {
@@ -56,20 +89,20 @@ Problems problemsOfInterpreter(QStringList const& words)
     if (!isExecutableFile(interpreter))
         return doesNotStart(
             1, QString::fromLatin1("the interpreter \"%1\" is no program").arg(interpreter));
-    bool const isSearched = QFileInfo(interpreter).fileName() == QLatin1String("env")
-        && words.size() > 1 && !words.at(1).startsWith(QLatin1Char('-'));
-    if (isSearched && !isInSearchPath(words.at(1)))
-        return problem(1, QString::fromLatin1("env finds no program \"%1\"").arg(words.at(1)));
+    if (QFileInfo(interpreter).fileName() == QLatin1String("env"))
+        return problemsOfEnv(words.mid(1));
     return Problems();
 }
 
-Problems problemsOfFirstLine(QByteArray const& line)
+Problems problemsOfFirstLine(QByteArray const& line, ScriptEnvironment environment)
 {
     if (line.startsWith("\xef\xbb\xbf"))
-        return doesNotStart(1, QLatin1String("a byte order mark stands before the \"#!\""));
+        return withoutInterpreter(QLatin1String("a byte order mark stands before the \"#!\""),
+                                  environment, Fault);
     if (!line.startsWith("#!"))
-        return doesNotStart(1,
-                            QLatin1String("no interpreter: the file does not begin with \"#!\""));
+        return withoutInterpreter(
+            QLatin1String("no interpreter: the file does not begin with \"#!\""), environment,
+            Note);
     if (line.endsWith("\r"))
         return doesNotStart(1,
                             QLatin1String("the line ends in CRLF, and the CR becomes a part of "
@@ -77,7 +110,8 @@ Problems problemsOfFirstLine(QByteArray const& line)
     QStringList words = QString::fromLocal8Bit(line.mid(2)).simplified().split(QLatin1Char(' '));
     words.removeAll(QString());
     if (words.isEmpty())
-        return doesNotStart(1, QLatin1String("no interpreter stands behind the \"#!\""));
+        return withoutInterpreter(QLatin1String("no interpreter stands behind the \"#!\""),
+                                  environment, Note);
     return problemsOfInterpreter(words);
 }
 
@@ -91,19 +125,21 @@ Problems problemsOfLineEnds(QByteArray const& content)
         QLatin1String("the line ends in CRLF, and the CR becomes a part of its last word"));
 }
 
-Problems problemsOfContent(QByteArray const& content)
+Problems problemsOfContent(QByteArray const& content, ScriptEnvironment environment)
 {
     if (content.startsWith("\x7f"
                            "ELF"))
         return Problems();
     int const end = content.indexOf('\n');
-    Problems const problems = problemsOfFirstLine(end < 0 ? content : content.left(end));
-    return problems.isEmpty() ? problemsOfLineEnds(content) : problems;
+    Problems const problems
+        = problemsOfFirstLine(end < 0 ? content : content.left(end), environment);
+    bool const isRun = problems.isEmpty() || problems.first().severity == Note;
+    return isRun ? problems + problemsOfLineEnds(content) : problems;
 }
 
 } // namespace
 
-QList<Problem> problemsOfScript(QString const& path)
+QList<Problem> problemsOfScript(QString const& path, ScriptEnvironment environment)
 {
     QFileInfo const info(path);
     if (!info.exists() && info.isSymLink())
@@ -114,11 +150,18 @@ QList<Problem> problemsOfScript(QString const& path)
         return doesNotStart(0, QLatin1String("is no regular file"));
     if (!info.isExecutable())
         return doesNotStart(0, QLatin1String("is not executable"));
-    QFile file(path);
+    QByteArray content;
     // One that may only be run is no worse for it.
+    return readScript(path, content) ? problemsOfContent(content, environment) : Problems();
+}
+
+bool readScript(QString const& path, QByteArray& content)
+{
+    QFile file(path);
     if (!openRegularFile(file, QIODevice::ReadOnly))
-        return Problems();
-    return problemsOfContent(file.read(kLongestScript));
+        return false;
+    content = file.read(kLongestScript);
+    return true;
 }
 
 bool isSplitByCommandLine(QString const& path)

@@ -1,18 +1,21 @@
 #pragma once
 
+#include "doctor/Problem.h"
+
+#include <QByteArray>
 #include <QList>
 #include <QString>
 
-/// What is wrong with a file; the line counts from 1 and is 0 for the file as a whole.
-struct Problem
-{
-    int line;
-    QString message;
-};
+/// What the plugin starts a script with. The system gives a script without "#!" to /bin/sh when it
+/// inherits the plugin's environment, and does not start it with any other.
+enum ScriptEnvironment { InheritedEnvironment, OwnEnvironment };
 
 /// Why a script would not start, or would not do what it says, as far as this can be told without
 /// running it. A file that is not there has no problem.
-QList<Problem> problemsOfScript(QString const& path);
+QList<Problem> problemsOfScript(QString const& path, ScriptEnvironment environment);
+
+/// Reads what a script holds, as much of it as is looked at; false when it cannot be read.
+bool readScript(QString const& path, QByteArray& content);
 
 /// Whether the words of a command line would not give the path back.
 bool isSplitByCommandLine(QString const& path);

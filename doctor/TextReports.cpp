@@ -209,7 +209,10 @@ QString textOf(Finding const& finding, Style const& style)
     QString text = finding.file;
     if (finding.line > 0)
         text += QString::fromLatin1(":%1").arg(finding.line);
-    text = style.alarm(text) + QLatin1String(": ") + finding.message;
+    if (finding.severity == Note)
+        text = style.title(text) + QLatin1String(": note: ") + finding.message;
+    else
+        text = style.alarm(text) + QLatin1String(": ") + finding.message;
     if (!finding.key.isEmpty())
         text += QLatin1String(" (") + finding.key + QLatin1Char(')');
     return text + QLatin1Char('\n');

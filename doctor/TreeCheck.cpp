@@ -50,8 +50,8 @@ public:
 private:
     void report(QString const& file, QString const& message)
     {
-        Finding const finding = {file, 0, QString(), message};
-        mFindings.append(finding);
+        Problem const problem = {Fault, 0, message};
+        mFindings.append(makeFinding(file, QString(), problem));
     }
 
     void checkFilesOfNoKey(QString const& wrappers)

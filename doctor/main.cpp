@@ -66,7 +66,7 @@ int explainKey(ExaminedView& view, Options const& options, QString const& key)
     else
         write(stdout,
               textOf(explanation, style) + (options.run ? textOf(answers, style) : QString()));
-    return explanation.findings.isEmpty() ? kClean : kFindings;
+    return hasFault(explanation.findings) ? kFindings : kClean;
 }
 
 int explainKeys(ExaminedView& view, Options const& options)
@@ -92,7 +92,7 @@ int check(ExaminedView& view, Options const& options)
         for (Finding const& finding : findings)
             write(stdout, textOf(finding, style));
     }
-    return findings.isEmpty() ? kClean : kFindings;
+    return hasFault(findings) ? kFindings : kClean;
 }
 
 int printMap(ExaminedView& view, Options const& options)

@@ -5,6 +5,8 @@
 
 #include <QtTest>
 
+#include <initializer_list>
+
 namespace {
 
 char const kUsb[] = "zelvo-view/usb/enable";
@@ -13,6 +15,8 @@ char const kSsid[] = "zelvo-view/wireless/ssid";
 char const kAddress[] = "zelvo-view/vexlink/sessions/{uuid}/address";
 char const kName[] = "zelvo-view/rdp/sessions/{uuid}/name";
 char const kSession[] = "zelvo-view/vexlink/sessions/{uuid}";
+char const kRdpSession[] = "zelvo-view/rdp/sessions/{uuid}";
+char const kUuid[] = "{01234567-89ab-cdef-0123-456789abcdef}";
 char const kArea[] = "zelvo-view/usb";
 
 } // namespace
@@ -24,7 +28,8 @@ class FolderCheckTest : public QObject
 private slots:
     void findings_data();
     void findings();
-    void keyItselfIsNoTarget();
+    void keyItselfIsNotAskedFor_data();
+    void keyItselfIsNotAskedFor();
     void findingNamesFileLineAndKey();
     void foldersThatNoKeyHas_data();
     void foldersThatNoKeyHas();
@@ -182,6 +187,56 @@ void FolderCheckTest::findings_data()
                           << "set.sh: never runs: a directory has no value"
                           << "create.sh: never runs: only a session, the directory \"{uuid}\", is "
                              "created");
+    QString const directory("root/ConnectionType/rdesktop/connections/{UUID}");
+    QTest::newRow("a session that is committed as its registry directory")
+        << kRdpSession << QStringList("set.env=REG_SET=" + directory) << none;
+    QTest::newRow("a terminal session that is committed as its registry directory")
+        << kSession << QStringList("set.env=REG_SET=root/ConnectionType/vexlink/connections/{UUID}")
+        << none;
+    QTest::newRow("a session that is committed as what nobody knows")
+        << kRdpSession << QStringList("set.env=REG_SET=root/nothing")
+        << QStringList("set.env:1: root/nothing: the default settings know no such key");
+    QTest::newRow("a value that is set as the session's directory")
+        << kName << QStringList("set.env=REG_SET=" + directory)
+        << QStringList("set.env:1: " + directory + ": is a directory, which has no value");
+    QTest::newRow("a directory as a variable of a session")
+        << kRdpSession
+        << (QStringList() << "commit.sh"
+                          << "commit.env=A=" + directory)
+        << QStringList("commit.env:1: " + directory + ": is a directory, which has no value");
+    QTest::newRow("a registry key with a typed UUID")
+        << kName
+        << (QStringList()
+            << "get.sh"
+            << QString("get.env=A=root/ConnectionType/ica/connections/%1/label").arg(kUuid))
+        << none;
+    QTest::newRow("a registry key with a typed UUID, outside of a session")
+        << kUsb
+        << QStringList(
+               QString("set.env=REG_SET=root/ConnectionType/ica/connections/%1/label").arg(kUuid))
+        << none;
+    QTest::newRow("a misspelt registry key with a typed UUID")
+        << kUsb
+        << QStringList(
+               QString("set.env=REG_SET=root/ConnectionType/ica/connections/%1/lable").arg(kUuid))
+        << QStringList(
+               QString("set.env:1: root/ConnectionType/ica/connections/%1/lable: the default "
+                       "settings know no such key; perhaps "
+                       "root/ConnectionType/ica/connections/%1/label")
+                   .arg(kUuid));
+    QTest::newRow("a typed UUID where no session is")
+        << kUsb << QStringList(QString("set.env=REG_SET=root/USB/%1").arg(kUuid))
+        << QStringList(
+               QString("set.env:1: root/USB/%1: the default settings know no such key").arg(kUuid));
+    QTest::newRow("variables that nobody reads in a directory")
+        << kArea << QStringList("get.env=A=" + known)
+        << QStringList("get.env:1: A is not read: a directory has no value");
+    QTest::newRow("a misspelt name in the middle of a registry key")
+        << kUsb
+        << (QStringList() << "get.sh"
+                          << "get.env=A=root/USB/rooot/mass-storage/allowed")
+        << QStringList("get.env:1: root/USB/rooot/mass-storage/allowed: the default settings know "
+                       "no such key");
     QTest::newRow("a directory that is committed as its parts")
         << kArea << QStringList("set.env=REG_SET=root/USB/root/mass-storage") << none;
 
@@ -221,14 +276,62 @@ void FolderCheckTest::findings()
     QCOMPARE(found, expected);
 }
 
-void FolderCheckTest::keyItselfIsNoTarget()
+void FolderCheckTest::keyItselfIsNotAskedFor_data()
 {
+    QTest::addColumn<QString>("file");
+    QTest::addColumn<QString>("line");
+    QTest::addColumn<QStringList>("expected");
+
+    QString const sessions("root/zelvo-view/rdp/sessions/");
+    QString const itself("is the key itself, which would lead the request into itself");
+    QStringList const none;
+    for (QString const& uuid : {QString("{UUID}"), QString(kUuid), QString(kUuid).toUpper()}) {
+        QString const key = sessions + uuid + "/name";
+        QTest::newRow(qPrintable("set for " + uuid))
+            << "set"
+            << "REG_SET=" + key << QStringList(key + ": " + itself);
+        QTest::newRow(qPrintable("read for " + uuid))
+            << "get"
+            << "A=" + key << QStringList(key + ": " + itself);
+        // These requests are others, so it is answered.
+        QTest::newRow(qPrintable("read while it is set for " + uuid)) << "set"
+                                                                      << "A=" + key << none;
+        QTest::newRow(qPrintable("read while it is committed for " + uuid)) << "commit"
+                                                                            << "A=" + key << none;
+        QTest::newRow(qPrintable("another key of " + uuid))
+            << "set"
+            << "REG_SET=" + sessions + uuid + "/address" << none;
+        QTest::newRow(qPrintable("the same of another kind for " + uuid))
+            << "set"
+            << "REG_SET=root/zelvo-view/ica/sessions/" + uuid + "/name" << none;
+    }
+    QTest::newRow("what is not replaced")
+        << "set"
+        << "REG_SET=" + sessions + "{uuid}/name"
+        << QStringList(sessions
+                       + "{uuid}/name: \"{uuid}\" is not replaced here; the word is \"{UUID}\"");
+}
+
+void FolderCheckTest::keyItselfIsNotAskedFor()
+{
+    QFETCH(QString, file);
+    QFETCH(QString, line);
+    QFETCH(QStringList, expected);
+
     TestView scene;
-    scene.wrappers.addFile(kName, "set.env", "REG_SET=root/zelvo-view/rdp/sessions/{UUID}/name\n");
-    QList<Finding> const findings
-        = checkFolder(scene.view, ExaminedEntry(scene.view, QString("root/") + kName));
-    QCOMPARE(findings.size(), 1);
-    QVERIFY(findings.first().message.contains("is the key itself"));
+    scene.wrappers.addScript(kName, file + ".sh", "exit 1");
+    scene.wrappers.addScript(kName, "commit.sh", "exit 1");
+    scene.wrappers.addFile(kName, file + ".env", line.toLatin1());
+    // However the key was asked for.
+    for (char const* const uuid : {"{uuid}", kUuid}) {
+        ExaminedEntry const entry(scene.view,
+                                  QString(kName).replace("{uuid}", uuid).prepend("root/"));
+        QVERIFY(entry.isKnown());
+        QStringList found;
+        for (Finding const& finding : checkFolder(scene.view, entry))
+            found.append(finding.message);
+        QCOMPARE(found, expected);
+    }
 }
 
 void FolderCheckTest::findingNamesFileLineAndKey()
