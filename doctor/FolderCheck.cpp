@@ -3,6 +3,7 @@
 #include "actions/default/Wrapper.h"
 #include "common/RegistryVocabulary.h"
 #include "common/UuidComponents.h"
+#include "doctor/EmptyValue.h"
 #include "doctor/EnvironmentLines.h"
 #include "doctor/ExaminedView.h"
 #include "doctor/Names.h"
@@ -42,6 +43,7 @@ public:
                 checkEnvironmentFile(operation);
         }
         checkThatSetValueIsCommitted();
+        checkThatEmptyValueIsRefused();
         checkOtherFiles();
         return mFindings;
     }
@@ -205,6 +207,22 @@ private:
         report(path(set.script), 0,
                QLatin1String("what it prints is lost at the commit: there is no commit.sh, and no "
                              "REG_SET line in set.env"));
+    }
+
+    /// A key that is committed by name without having been set has no value to hand over.
+    void checkThatEmptyValueIsRefused()
+    {
+        QString const script = path(Wrapper::kCommit);
+        QByteArray content;
+        if (mEntry.kind() != ValueKey || !readScript(script, content)
+            || !seemsToKeepEmptyValue(content))
+            return;
+        Problem const problem = {
+            Note, 0,
+            QLatin1String("seems to keep an empty value when the key is committed without having "
+                          "been set: nothing in it looks whether there is one, as "
+                          "[ -s \"$1\" ] || exit 1 does")};
+        mFindings.append(makeFinding(script, mViewKey, problem));
     }
 
     bool hasTargets() const

@@ -33,7 +33,12 @@ private slots:
     void findingNamesFileLineAndKey();
     void foldersThatNoKeyHas_data();
     void foldersThatNoKeyHas();
-    void scriptOfNoKeyIsFound();
+    void fileOfNoKeyIsFound_data();
+    void fileOfNoKeyIsFound();
+    void scriptWithoutAnInterpreter_data();
+    void scriptWithoutAnInterpreter();
+    void emptyValueIsNoted_data();
+    void emptyValueIsNoted();
     void linkedFolderIsLookedInto();
     void environmentFileThatIsNoneIsIgnored();
     void blankInThePathIsToldOnce();
@@ -384,14 +389,121 @@ void FolderCheckTest::foldersThatNoKeyHas()
     QCOMPARE(findings.first().message, message);
 }
 
-void FolderCheckTest::scriptOfNoKeyIsFound()
+void FolderCheckTest::fileOfNoKeyIsFound_data()
 {
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<bool>("isFound");
+
+    QTest::newRow("a script") << "get.sh" << true;
+    QTest::newRow("the last script") << "apply.sh" << true;
+    QTest::newRow("an environment file") << "get.env" << true;
+    QTest::newRow("the last environment file") << "commit.env" << true;
+    QTest::newRow("a remark") << "README" << false;
+}
+
+void FolderCheckTest::fileOfNoKeyIsFound()
+{
+    QFETCH(QString, name);
+    QFETCH(bool, isFound);
+
     TestView scene;
-    QString const script = scene.wrappers.addScript(".", "get.sh", "exit 0");
+    QString const file = scene.wrappers.addFile(".", name, "A=root/USB\n");
     QList<Finding> const findings = checkWrappers(scene.view);
-    QCOMPARE(findings.size(), 1);
-    QCOMPARE(QFileInfo(findings.first().file), QFileInfo(script));
+    QCOMPARE(findings.size(), isFound ? 1 : 0);
+    if (!isFound)
+        return;
+    QCOMPARE(QFileInfo(findings.first().file), QFileInfo(file));
+    QCOMPARE(findings.first().line, 0);
+    QCOMPARE(findings.first().key, QString());
     QCOMPARE(findings.first().message, QString("lies in the folder of no key"));
+    QVERIFY(hasFault(findings));
+}
+
+void FolderCheckTest::scriptWithoutAnInterpreter_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<bool>("isRun");
+
+    QTest::newRow("isVisible.sh") << "isVisible.sh" << true;
+    QTest::newRow("create.sh") << "create.sh" << true;
+    QTest::newRow("del.sh") << "del.sh" << true;
+    QTest::newRow("get.sh") << "get.sh" << false;
+    QTest::newRow("set.sh") << "set.sh" << false;
+    QTest::newRow("commit.sh") << "commit.sh" << false;
+    QTest::newRow("apply.sh") << "apply.sh" << false;
+}
+
+void FolderCheckTest::scriptWithoutAnInterpreter()
+{
+    QFETCH(QString, name);
+    QFETCH(bool, isRun);
+
+    bool const isOfAKey = name == "get.sh" || name == "set.sh";
+    QString const key(isOfAKey ? kAddress : kSession);
+    TestView scene;
+    QString const script = scene.wrappers.addScript(key, name, "exit 0");
+    if (name == "set.sh")
+        scene.wrappers.addScript(key, "commit.sh", "exit 1");
+    QFile file(script);
+    QVERIFY(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
+    file.write("exit 0\n");
+    file.close();
+
+    QList<Finding> const findings
+        = checkFolder(scene.view, ExaminedEntry(scene.view, "root/" + key));
+    QCOMPARE(findings.size(), 1);
+    QCOMPARE(findings.first().file, script);
+    QCOMPARE(findings.first().line, 1);
+    QString const reason("no interpreter: the file does not begin with \"#!\"");
+    QCOMPARE(findings.first().message,
+             reason
+                 + (isRun ? ", so /bin/sh runs it"
+                          : "; a script that does not start counts as one that succeeded"));
+    QCOMPARE(findings.first().severity, isRun ? Note : Fault);
+    QCOMPARE(hasFault(findings), !isRun);
+}
+
+void FolderCheckTest::emptyValueIsNoted_data()
+{
+    QTest::addColumn<QString>("key");
+    QTest::addColumn<QString>("script");
+    QTest::addColumn<QByteArray>("commands");
+    QTest::addColumn<bool>("isNoted");
+
+    QByteArray const copy("cp \"$1\" /etc/x\n");
+    QTest::newRow("a value of scripts") << kAddress << "commit.sh" << copy << true;
+    QTest::newRow("a value of the registry") << kUsb << "commit.sh" << copy << true;
+    QTest::newRow("a wireless value") << kSsid << "commit.sh" << copy << true;
+    QTest::newRow("one that looks") << kUsb << "commit.sh"
+                                    << "test -s \"$1\" || exit 1\n" + copy << false;
+    QTest::newRow("a session has no value") << kSession << "commit.sh" << copy << false;
+    QTest::newRow("a directory has no value") << kArea << "commit.sh" << copy << false;
+    // Nothing is set without a value.
+    QTest::newRow("set.sh") << kUsb << "set.sh" << copy << false;
+}
+
+void FolderCheckTest::emptyValueIsNoted()
+{
+    QFETCH(QString, key);
+    QFETCH(QString, script);
+    QFETCH(QByteArray, commands);
+    QFETCH(bool, isNoted);
+
+    TestView scene;
+    QString const file = scene.wrappers.addScript(key, script, commands);
+    if (script == "set.sh")
+        scene.wrappers.addScript(key, "commit.sh", "exit 1");
+    QList<Finding> const findings
+        = checkFolder(scene.view, ExaminedEntry(scene.view, "root/" + key));
+    QCOMPARE(findings.size(), isNoted ? 1 : 0);
+    if (!isNoted)
+        return;
+    QCOMPARE(findings.first().file, file);
+    QCOMPARE(findings.first().line, 0);
+    QCOMPARE(findings.first().key, key);
+    QCOMPARE(findings.first().severity, Note);
+    QVERIFY(findings.first().message.startsWith("seems to keep an empty value"));
+    QVERIFY(!hasFault(findings));
 }
 
 void FolderCheckTest::linkedFolderIsLookedInto()
