@@ -9,6 +9,8 @@ class EmptyValueTest : public QObject
 private slots:
     void keptAsItIs_data();
     void keptAsItIs();
+    void shellsAreKnownByTheirNames_data();
+    void shellsAreKnownByTheirNames();
     void lookedAt_data();
     void lookedAt();
     void notGuessed_data();
@@ -65,6 +67,31 @@ void EmptyValueTest::keptAsItIs()
     QFETCH(QByteArray, commands);
 
     QVERIFY(seemsToKeepEmptyValue("#!/bin/sh\n" + commands));
+}
+
+void EmptyValueTest::shellsAreKnownByTheirNames_data()
+{
+    QTest::addColumn<QByteArray>("line");
+    QTest::addColumn<bool>("isShell");
+
+    QTest::newRow("sh") << QByteArray("#!/bin/sh") << true;
+    QTest::newRow("an option") << QByteArray("#! /bin/sh -u") << true;
+    QTest::newRow("bash") << QByteArray("#!/usr/local/bin/bash") << true;
+    QTest::newRow("dash") << QByteArray("#!/bin/dash") << true;
+    QTest::newRow("env") << QByteArray("#!/usr/bin/env sh") << true;
+    QTest::newRow("env that splits") << QByteArray("#!/usr/bin/env -S bash -u") << true;
+    QTest::newRow("busybox") << QByteArray("#!/bin/busybox sh") << true;
+    QTest::newRow("a word that only ends like a shell") << QByteArray("#!/usr/bin/fish") << false;
+    QTest::newRow("an option like a shell") << QByteArray("#!/usr/bin/perl sh") << false;
+    QTest::newRow("a remark") << QByteArray("# /bin/sh") << false;
+}
+
+void EmptyValueTest::shellsAreKnownByTheirNames()
+{
+    QFETCH(QByteArray, line);
+    QFETCH(bool, isShell);
+
+    QCOMPARE(seemsToKeepEmptyValue(line + "\ncp \"$1\" x\n"), isShell);
 }
 
 void EmptyValueTest::lookedAt_data()

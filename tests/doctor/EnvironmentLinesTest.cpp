@@ -4,6 +4,8 @@
 
 #include <QtTest>
 
+#include <initializer_list>
+
 namespace {
 
 EnvironmentLines read(QByteArray const& content)
@@ -22,6 +24,8 @@ private slots:
     void declarationsStandWhereTheyAre();
     void problemsOfLines_data();
     void problemsOfLines();
+    void declarationAtTheLimitIsWhole();
+    void unreadableNameDeclaresNothing();
     void missingFileHasNone();
 };
 
@@ -83,6 +87,28 @@ void EnvironmentLinesTest::problemsOfLines_data()
         << QByteArray(1030, 'x') + "\nexport B=root/b\n"
         << (QStringList() << "1: " + tooLong
                           << "2: no script can read a variable named \"export B\"");
+    // Its newline is read as a line of its own, in which nothing stands.
+    QTest::newRow("a line of exactly what is read at once")
+        << QByteArray(1023, 'x') + "\nexport B=root/b\n"
+        << QStringList("2: no script can read a variable named \"export B\"");
+    QTest::newRow("a line of exactly what is read at once, and blanks")
+        << QByteArray(1023, 'x') + " \t\nexport B=root/b\n"
+        << QStringList("2: no script can read a variable named \"export B\"");
+    QTest::newRow("a last line of exactly what is read at once") << QByteArray(1023, 'x') << none;
+    QTest::newRow("three lines in one")
+        << QByteArray(2047, 'x') + "\nexport B=root/b\n"
+        << (QStringList() << "1: " + tooLong << "1: " + tooLong
+                          << "2: no script can read a variable named \"export B\"");
+    QTest::newRow("CRLF and an unreadable name")
+        << QByteArray("A=root/a\n=b\r\n")
+        << (QStringList() << "2: the line ends in CRLF; the CR is dropped here, but not in a script"
+                          << "2: the line is ignored: no name stands before its \"=\"");
+    QTest::newRow("a temporary key for a registry key")
+        << QByteArray("A tmp/a\n") << QStringList("1: " + ignored);
+    QTest::newRow("a path that is no registry key") << QByteArray("A etc/a\n") << none;
+    QTest::newRow("a remark that ends in a key") << QByteArray("See also root/a\n") << none;
+    QTest::newRow("a name of all letters, digits and underscores")
+        << QByteArray("_aZ09=root/a\n") << none;
     QTest::newRow("a line that just fits") << QByteArray(1022, 'x') + "\n" << none;
 }
 
@@ -95,6 +121,30 @@ void EnvironmentLinesTest::problemsOfLines()
     for (Problem const& problem : read(content).problems)
         found.append(QString::number(problem.line) + ": " + problem.message);
     QCOMPARE(found, problems);
+}
+
+void EnvironmentLinesTest::declarationAtTheLimitIsWhole()
+{
+    // What is read at once, without and with its newline.
+    for (int const length : {1022, 1023}) {
+        QByteArray const key = "root/" + QByteArray(length - 7, 'a');
+        EnvironmentLines const lines = read("A=" + key + "\nB=root/b\n");
+        QCOMPARE(lines.problems.size(), 0);
+        QCOMPARE(lines.declarations.size(), 2);
+        QCOMPARE(lines.declarations.at(0).declaration.registryKey, QString::fromLatin1(key));
+        QCOMPARE(lines.declarations.at(1).line, 2);
+    }
+    EnvironmentLines const lines = read("A=root/" + QByteArray(1017, 'a') + "\nB=root/b\n");
+    QCOMPARE(lines.problems.size(), 1);
+    QCOMPARE(lines.declarations.at(0).declaration.registryKey.size(), 1021);
+}
+
+void EnvironmentLinesTest::unreadableNameDeclaresNothing()
+{
+    EnvironmentLines const lines = read("A B=root/a\n");
+    QCOMPARE(lines.declarations.size(), 0);
+    QCOMPARE(lines.problems.size(), 1);
+    QCOMPARE(lines.problems.first().severity, Fault);
 }
 
 void EnvironmentLinesTest::missingFileHasNone()
