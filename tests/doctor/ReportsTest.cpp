@@ -45,25 +45,31 @@ void ReportsTest::quotedValue()
 
 void ReportsTest::lineOfAFinding_data()
 {
+    QTest::addColumn<bool>("isNote");
     QTest::addColumn<int>("line");
     QTest::addColumn<QString>("key");
     QTest::addColumn<bool>("hasColours");
     QTest::addColumn<QString>("expected");
 
-    QTest::newRow("of a line and a key") << 3 << "a/b" << false << "/f:3: wrong (a/b)\n";
-    QTest::newRow("of a file") << 0 << "a/b" << false << "/f: wrong (a/b)\n";
-    QTest::newRow("of no key") << 0 << "" << false << "/f: wrong\n";
-    QTest::newRow("in colour") << 3 << "a/b" << true << "\033[31m/f:3\033[0m: wrong (a/b)\n";
+    QTest::newRow("of a line and a key") << false << 3 << "a/b" << false << "/f:3: wrong (a/b)\n";
+    QTest::newRow("of a file") << false << 0 << "a/b" << false << "/f: wrong (a/b)\n";
+    QTest::newRow("of no key") << false << 0 << "" << false << "/f: wrong\n";
+    QTest::newRow("in colour") << false << 3 << "a/b" << true
+                               << "\033[31m/f:3\033[0m: wrong (a/b)\n";
+    QTest::newRow("a note") << true << 3 << "a/b" << false << "/f:3: note: wrong (a/b)\n";
+    QTest::newRow("a note in colour")
+        << true << 0 << "" << true << "\033[1m/f\033[0m: note: wrong\n";
 }
 
 void ReportsTest::lineOfAFinding()
 {
+    QFETCH(bool, isNote);
     QFETCH(int, line);
     QFETCH(QString, key);
     QFETCH(bool, hasColours);
     QFETCH(QString, expected);
 
-    Finding const finding = {"/f", line, key, "wrong"};
+    Finding const finding = {isNote ? Note : Fault, "/f", line, key, "wrong"};
     QCOMPARE(textOf(finding, Style(hasColours)), expected);
 }
 
