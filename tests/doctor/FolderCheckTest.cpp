@@ -83,6 +83,18 @@ void FolderCheckTest::findings_data()
         << QStringList("get.env:1: REG_SET names a target in set.env alone; here it is a variable "
                        "like any other");
 
+    QTest::newRow("a target in commit.env")
+        << kUsb
+        << (QStringList() << "commit.sh"
+                          << "commit.env=REG_SET=" + known)
+        << QStringList(
+               "commit.env:1: REG_SET names a target in set.env alone; here it is a variable "
+               "like any other");
+    QTest::newRow("names like that of a target")
+        << kUsb << QStringList("set.env=REG_SETS=" + known + "\nreg_set=" + known)
+        << (QStringList() << "set.env:1: REG_SETS is not read: there is no set.sh beside it"
+                          << "set.env:2: reg_set is not read: there is no set.sh beside it");
+
     QTest::newRow("a registry key that nobody knows")
         << kUsb
         << (QStringList() << "get.sh"

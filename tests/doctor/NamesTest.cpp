@@ -37,6 +37,7 @@ void NamesTest::likelyMeantOf_data()
     QTest::newRow("another letter") << "creete.sh"
                                     << "create.sh";
     QTest::newRow("two other letters") << "creete.s" << none;
+    QTest::newRow("two other letters beside each other") << "creoue.sh" << none;
     QTest::newRow("a short name of its own") << "net.sh" << none;
     QTest::newRow("a word of its own") << "functions.sh" << none;
     QTest::newRow("empty") << "" << none;
