@@ -8,8 +8,8 @@
 
 namespace {
 
-// Wrappers are short; of a longer one nothing is guessed.
-int const kLongestRead = 1 << 14;
+// Wrappers are short; of a longer one nothing is guessed, as it might take long.
+int const kLongestRead = 1 << 13;
 
 char const* const kShell
     = "#!\\s*\\S*/(?:env\\s+(?:-S\\s+)?(?:\\S*/)?|busybox\\s+)?(?:ba|da|a|k|mk|z)?sh(?:\\s.*)?";
@@ -31,8 +31,7 @@ char const* const kConditionalRead
 char const* const kStopsAtErrors = "\\sset\\s+(?:-\\w*e|-o\\s+errexit)";
 
 // In a function, and behind these commands, the arguments are others.
-char const* const kChangesArguments
-    = "[\\w-]+\\s*\\(\\s*\\)|\\bfunction\\s|\\bset\\s+--|\\bshift\\b";
+char const* const kChangesArguments = "\\w\\s*\\(\\s*\\)|\\bfunction\\s|\\bset\\s+--|\\bshift\\b";
 
 // The first capture is what they look at.
 char const* const kTests[] = {
