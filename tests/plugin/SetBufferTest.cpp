@@ -1,6 +1,7 @@
 // What is set or created waits for its commit, and nothing else does.
 
 #include "plugin/PluginScene.h"
+#include "support/RecordingAction.h"
 #include "tree/ConfigKey.h"
 #include "tree/ConfigTree.h"
 
@@ -73,6 +74,8 @@ private slots:
     void createdSessionIsCommittedWithoutItsKeys();
     void createdSessionCommitsTheKeysThatWereSet();
     void createdSessionOutlastsTheCommitOfItsKeys();
+    void sessionCreatedByAScriptOutlastsTheCommitOfItsKeys();
+    void branchIsCommittingWhileItsActionRuns();
     void committedSessionGoesWithItsLastKey();
     void sessionAtThePlaceOfACommittedOneGoesWithItsLastKey();
     void whatAppearsBelowAPendingKeyIsRefused();
@@ -629,6 +632,36 @@ void SetBufferTest::createdSessionOutlastsTheCommitOfItsKeys()
 
     QCOMPARE(scene.commit(root), 0);
     QCOMPARE(scene.backend.calls("commit"), QStringList() << "commit " + registrySession());
+}
+
+// Nothing is pending in the backend that would tell of it.
+void SetBufferTest::sessionCreatedByAScriptOutlastsTheCommitOfItsKeys()
+{
+    QFETCH_GLOBAL(QString, root);
+
+    PluginScene scene(root);
+    scene.wrappers.addScript("zelvo-view/rdp/sessions/{uuid}", "create.sh", "exit 0");
+    QCOMPARE(scene.create(scene.at(viewSession())), 0);
+    QCOMPARE(scene.set(scene.at(viewSession() + "/name"), "Desk"), 0);
+    QCOMPARE(scene.commit(scene.at(viewSession() + "/name")), 0);
+    QVERIFY(scene.plugin->setBuffer()->entry(scene.at(viewSession())));
+    scene.backend.forgetCalls();
+
+    QCOMPARE(scene.commit(root), 0);
+    QCOMPARE(scene.backend.calls("commit"), QStringList() << "commit " + registrySession());
+}
+
+void SetBufferTest::branchIsCommittingWhileItsActionRuns()
+{
+    QFETCH_GLOBAL(QString, root);
+
+    PluginScene scene(root);
+    RecordingAction action;
+    ActionKit::instance()->registerCommitAction("zelvo-view/usb", &action);
+    QCOMPARE(scene.set(scene.at("usb/enable"), "true"), 0);
+    QCOMPARE(scene.commit(scene.at("usb")), 0);
+    QCOMPARE(action.calls().size(), 1);
+    QCOMPARE(action.calls().first().state, IConfigEntry::ENTRY_COMMITTING);
 }
 
 // Otherwise it would be committed once more, though nothing is pending: a terminal session's script
