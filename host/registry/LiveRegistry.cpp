@@ -9,6 +9,8 @@
 #include "registry/RegistryXmlWriter.h"
 #include "registry/ValueType.h"
 
+#include <utility>
+
 namespace {
 
 bool isCreation(PendingChange const* change)
@@ -207,9 +209,12 @@ bool LiveRegistry::endCommits()
         return true;
     LiveChanges steps;
     steps.swap(mUnwritten);
+    // Taken out: a copy that is kept would make each later change copy all of them.
+    PendingChanges before;
+    std::swap(before, mPendingBefore);
     if (steps.isEmpty() || mStore->write(steps))
         return true;
-    mPending.restore(mPendingBefore);
+    mPending.restore(before);
     LiveChanges contents;
     if (mStore->read(contents))
         load(contents);

@@ -172,9 +172,11 @@ int RegistryHost::commit(QString const& key)
     Guard const guard(d->lock);
     if (AbstractPlugin* const plugin = d->pluginFor(key))
         return plugin->commit(key);
+    QList<AbstractPlugin*> const plugins = d->pluginsUnder(key);
+    if (plugins.isEmpty())
+        return d->spaceFor(key).commit(key);
     // Plugins first: what they write to the registry is then part of this commit, and they still
     // see its pending changes. Their codes say only whose key it is.
-    QList<AbstractPlugin*> const plugins = d->pluginsUnder(key);
     d->registry.beginCommits();
     for (AbstractPlugin* plugin : plugins)
         static_cast<void>(plugin->commit(key));

@@ -362,11 +362,12 @@ void ZelvoView::commitPendingUnder(QString const& key)
             deleted = each;
             mSetBuffer.forgetBelow(each);
         }
-        if (each != key && !mSetBuffer.entry(each))
+        if (!mSetBuffer.entry(each))
             unset.append(each);
     }
     QStringList const ordered = ConfigTree::sInOrder(unset, rootDir(), getDefaultSettings());
     for (QString const& each : ordered) {
+        // `key` itself, say, is being served.
         Request const request(*this, "commit ", each);
         ConfigTree tree(rootDir());
         IConfigEntry* const found = request.isRepeated() ? nullptr : find(tree, each);

@@ -10,6 +10,7 @@
 #include "tree/ConfigKey.h"
 #include "tree/ConfigTree.h"
 
+#include <QFile>
 #include <QScopedPointer>
 #include <QtTest>
 
@@ -366,7 +367,7 @@ private:
     State state() const;
 
     TestDirectory mDefaults;
-    QScopedPointer<TestWrappers> mWrappers;
+    TestWrappers mWrappers;
     QScopedPointer<RefusingHost> mHost;
     QScopedPointer<ZelvoView> mView;
     QScopedPointer<Model> mModel;
@@ -417,17 +418,18 @@ void CommitCombinationsTest::initTestCase()
           "<key name='autostart' type='bool' default='false'/></dir></dir></dir></dir>"
           "</dir></registry>";
     mDefaults.write("keys.xml", declarations);
+
+    mWrappers.addScript(kFolder, "commit.sh",
+                         "echo \"$VEXLINK_ACTION $VEXLINK_NAME\" >>log; exit 1");
+    for (char const* const name : kViewNames)
+        mWrappers.addScript(QString(kFolder) + "/" + name, "commit.sh",
+                             QByteArray("read -r value <\"$1\"; echo \"") + name
+                                 + "=$value\" >>../log; exit 1");
 }
 
 void CommitCombinationsTest::init()
 {
-    mWrappers.reset(new TestWrappers);
-    mWrappers->addScript(kFolder, "commit.sh",
-                         "echo \"$VEXLINK_ACTION $VEXLINK_NAME\" >>log; exit 1");
-    for (char const* const name : kViewNames)
-        mWrappers->addScript(QString(kFolder) + "/" + name, "commit.sh",
-                             QByteArray("read -r value <\"$1\"; echo \"") + name
-                                 + "=$value\" >>../log; exit 1");
+    QFile::remove(mWrappers.folder(kFolder) + "/log");
     mHost.reset(new RefusingHost);
     QString error;
     QVERIFY2(mHost->loadDefaults(mDefaults.path(), error), qPrintable(error));
@@ -439,7 +441,7 @@ void CommitCombinationsTest::init()
 
     mView.reset(new ZelvoView);
     mHost->addPlugin(*mView);
-    QString const wrappers = mWrappers->directory().path();
+    QString const wrappers = mWrappers.directory().path();
     mView->pluginIsLoaded(*mHost, mHost->defaultSettings(), QString(),
                           wrappers.left(wrappers.lastIndexOf('/')));
     keepInstanceKnown();
@@ -451,7 +453,6 @@ void CommitCombinationsTest::cleanup()
     mModel.reset();
     mView.reset();
     mHost.reset();
-    mWrappers.reset();
 }
 
 void CommitCombinationsTest::run(QString const& operation)
@@ -526,7 +527,7 @@ State CommitCombinationsTest::state() const
         if (buffer->entry(viewSession(session)))
             all.buffered << viewSession(session);
     }
-    QByteArray const log = mWrappers->read(kFolder, "log");
+    QByteArray const log = mWrappers.read(kFolder, "log");
     all.scripts = QString::fromUtf8(log.constData(), log.size()).split("\n");
     all.scripts.removeLast();
     return all;

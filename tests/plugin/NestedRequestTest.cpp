@@ -28,6 +28,7 @@ private slots:
     void commitOfAllAmidACommitOfAllLeavesNothing();
     void whatANestedCommitHasTakenOutIsNotCommittedUnderItsBareName_data();
     void whatANestedCommitHasTakenOutIsNotCommittedUnderItsBareName();
+    void keyIsNotCommittedAgainForWhatItsRegistryKeyHasPending();
     void commitOfAllIsOneTransaction();
 
 private:
@@ -231,6 +232,15 @@ void NestedRequestTest::whatANestedCommitHasTakenOutIsNotCommittedUnderItsBareNa
     QCOMPARE(mWrappers->read("zelvo-view/usb/read_only", "runs"), QByteArray("run\n"));
     QVERIFY(mView->setBuffer()->children().isEmpty());
     QCOMPARE(value(kReadOnly), QString("true"));
+}
+
+void NestedRequestTest::keyIsNotCommittedAgainForWhatItsRegistryKeyHasPending()
+{
+    mWrappers->addFile("zelvo-view/usb/enable", "set.env", "REG_SET=root/zelvo-view/usb\n");
+    mWrappers->addScript("zelvo-view/usb/enable", "commit.sh", "echo run >>runs; exit 1");
+    QCOMPARE(mHost->set("root/USB/root/mass-storage/allowed", "0", REG_PARAM_VALUE), 0);
+    QCOMPARE(mHost->commit(kEnable), 0);
+    QCOMPARE(mWrappers->read("zelvo-view/usb/enable", "runs"), QByteArray("run\n"));
 }
 
 // What the plugin commits by the way can be read at once, and reaches the disk with the rest.
