@@ -1,5 +1,7 @@
 #include "plugin/ActivityReports.h"
 
+#include "actions/default/HandOverFile.h"
+
 #include <QMetaObject>
 #include <QRunnable>
 #include <QScopedPointer>
@@ -19,6 +21,27 @@ QLatin1String nameOf(WrapperRun::Ending ending)
         break;
     }
     return QLatin1String("exited");
+}
+
+QLatin1String nameOf(LastCommandObserver::Outcome outcome)
+{
+    switch (outcome) {
+    case LastCommandObserver::NotStarted:
+        return QLatin1String("not started");
+    case LastCommandObserver::HandedOver:
+        return QLatin1String("handed over");
+    case LastCommandObserver::NotHandedOver:
+        return QLatin1String("not handed over");
+    case LastCommandObserver::Started:
+        break;
+    }
+    return QLatin1String("started");
+}
+
+bool concernsHandOverFile(LastCommandObserver::Outcome outcome)
+{
+    return outcome == LastCommandObserver::HandedOver
+        || outcome == LastCommandObserver::NotHandedOver;
 }
 
 /// Runs a task under the request that has queued it.
@@ -57,17 +80,23 @@ ActivityReports::ActivityReports(QObject& listener, QObject* parent)
     , mListener(listener)
 {
     Wrapper::sSetObserver(this);
+    LastCommandTask::sSetObserver(this);
     wireless_setBusObserver(this);
 }
 
 ActivityReports::~ActivityReports()
 {
     Wrapper::sSetObserver(nullptr);
+    LastCommandTask::sSetObserver(nullptr);
     wireless_setBusObserver(nullptr);
 }
 
 void ActivityReports::scriptHasRun(WrapperRun const& run)
 {
+    if (!run.errorOutput.isEmpty())
+        static_cast<void>(QMetaObject::invokeMethod(
+            &mListener, "scriptHasComplained", Qt::DirectConnection, Q_ARG(QString, run.script),
+            Q_ARG(QByteArray, run.errorOutput)));
     static_cast<void>(QMetaObject::invokeMethod(
         &mListener, "scriptHasRun", Qt::DirectConnection, Q_ARG(QString, run.script),
         Q_ARG(QString, nameOf(run.ending)), Q_ARG(int, run.exitCode), Q_ARG(bool, run.isSuccess()),
@@ -77,6 +106,15 @@ void ActivityReports::scriptHasRun(WrapperRun const& run)
 QRunnable* ActivityReports::scriptIsQueued(QRunnable* task)
 {
     return new FollowedTask(task, mListener);
+}
+
+void ActivityReports::lastCommandIsSettled(QString const& request, QString const& command,
+                                           Outcome outcome)
+{
+    QString const file = concernsHandOverFile(outcome) ? HandOverFile::sPath() : QString();
+    static_cast<void>(QMetaObject::invokeMethod(
+        &mListener, "lastCommandIsSettled", Qt::DirectConnection, Q_ARG(QString, request),
+        Q_ARG(QString, command), Q_ARG(QString, nameOf(outcome)), Q_ARG(QString, file)));
 }
 
 void ActivityReports::busCallHasEnded(QString const& path, QString const& member,

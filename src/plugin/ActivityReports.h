@@ -1,11 +1,13 @@
 #pragma once
 
+#include "actions/default/LastCommandTask.h"
 #include "actions/default/Wrapper.h"
 #include "wireless/WirelessSystem.h"
 
 #include <QObject>
 
-/// Tells an object of the host what is done for its requests: runs of scripts and calls on the bus.
+/// Tells an object of the host what is done for its requests: runs of scripts, last commands and
+/// calls on the bus.
 ///
 /// The host knows nothing of this class and the plugin nothing of the host's: the methods are called
 /// by their names, on the thread on which the thing happened. Those that the object lacks are left
@@ -15,10 +17,19 @@
 ///     void resumeRequest(int request)    what the calling thread does next belongs to `request`
 ///     void scriptHasRun(QString script, QString ending, int exitCode, bool isSuccess,
 ///                       int milliseconds, qlonglong outputBytes)
+///     void scriptHasComplained(QString script, QByteArray errorOutput)
+///                                        just before scriptHasRun, when the script has written
+///                                        something to its standard error
+///     void lastCommandIsSettled(QString request, QString command, QString outcome, QString file)
 ///     void busCallHasEnded(QString path, QString member, QString error, int milliseconds)
 ///
-/// `ending` is "exited", "signal", "not started" or "timed out".
-class ActivityReports : public QObject, public WrapperObserver, public BusObserver
+/// `ending` is "exited", "signal", "not started" or "timed out". `request` is the key that the host
+/// has given to the apply, `outcome` "started", "not started", "handed over" or "not handed over",
+/// `file` the hand-over file in the last two cases; see LastCommandObserver.
+class ActivityReports : public QObject,
+                        public WrapperObserver,
+                        public LastCommandObserver,
+                        public BusObserver
 {
     Q_OBJECT
 
@@ -29,6 +40,8 @@ public:
 
     void scriptHasRun(WrapperRun const& run) override;
     QRunnable* scriptIsQueued(QRunnable* task) override;
+    void lastCommandIsSettled(QString const& request, QString const& command,
+                              Outcome outcome) override;
     void busCallHasEnded(QString const& path, QString const& member, QString const& error,
                          int milliseconds) override;
 

@@ -76,6 +76,25 @@ void releaseLater(QSemaphore& gate)
     gate.release();
 }
 
+/// Holds every commit until it is let go.
+class HeldBackend : public TestBackend
+{
+public:
+    int commit(QString const& key) override
+    {
+        mCommits.release();
+        mGate.acquire();
+        return TestBackend::commit(key);
+    }
+
+    bool isCommitting() { return mCommits.available() > 0; }
+    void letGo() { mGate.release(); }
+
+private:
+    QSemaphore mCommits;
+    QSemaphore mGate;
+};
+
 void offerOften(char const* command)
 {
     for (int round = 0; round < 1000; ++round)
@@ -129,6 +148,7 @@ private slots:
     void pendingCommandIsResetToNull();
     void handOver_data();
     void handOver();
+    void handOverIsInTheEncodingOfTheLocale();
     void handOverFileThatCannotBeReadTakesTheCommandItself();
     void handOverFileThatCannotBeOpenedKeepsTheCommandFromRunning();
     void handOverFileThatIsAPipeIsNotWaitedFor();
@@ -140,6 +160,7 @@ private slots:
     void endIsToldOnce_data();
     void endIsToldOnce();
     void endBeforeAnybodyWaitsIsNotMissed();
+    void semaphoreIsShutUntilTheKeyIsCommitted();
     void endIsToldThoughTheBackendRefuses();
     void nobodyIsToldWithoutAKey();
     void handOverIsDoneWhenTheEndIsTold();
@@ -154,6 +175,7 @@ private:
     void pendingCommandIsDropped();
     ConfigKey* addKey(QString const& name);
     void apply(IConfigEntry& entry, QString const& key = QString());
+    void applyOn(Vantora& backend, IConfigEntry& entry, QString const& key);
     /// Runs one script as a task, here and now.
     void runScript(QByteArray const& body);
     bool isIdle() const { return mPlugin->findChildren<AutoThread*>().isEmpty(); }
@@ -200,9 +222,14 @@ ConfigKey* ApplyTest::addKey(QString const& name)
 
 void ApplyTest::apply(IConfigEntry& entry, QString const& key)
 {
+    applyOn(*mBackend, entry, key);
+}
+
+void ApplyTest::applyOn(Vantora& backend, IConfigEntry& entry, QString const& key)
+{
     mKit->pushApplyThreadPool(new QThreadPool(mPlugin.data()));
     entry.apply();
-    DefaultApplyAction::sExecuteLastApplyCommand(mBackend.data(), key);
+    DefaultApplyAction::sExecuteLastApplyCommand(&backend, key);
 }
 
 void ApplyTest::runScript(QByteArray const& body)
@@ -719,6 +746,26 @@ void ApplyTest::handOver()
     QCOMPARE(startedCommands(), QStringList());
 }
 
+void ApplyTest::handOverIsInTheEncodingOfTheLocale()
+{
+    // In the sandbox that is UTF-8; what scripts ask for and what waits is read as Latin-1.
+    runScript("printf 'caf\\351 --now' >\"$LAST_APPLY_COMMAND\"");
+    writeFile(kHandOverFile, "");
+    QVERIFY(::chmod(kHandOverFile, S_IWUSR) == 0);
+    {
+        WithoutPrivilege const withoutPrivilege(kHandOverFile);
+        QThreadPool pool;
+        LastCommandTask(mBackend.data(), &pool, QString()).executeCommand();
+    }
+    QVERIFY(::chmod(kHandOverFile, S_IRUSR | S_IWUSR) == 0);
+    QCOMPARE(readFile(kHandOverFile), QByteArray("caf\xc3\xa9 --now"));
+
+    writeFile(kHandOverFile, "\xfc\xdf");
+    QThreadPool pool;
+    LastCommandTask(mBackend.data(), &pool, QString()).executeCommand();
+    QCOMPARE(readFile(kHandOverFile), QByteArray("\xc3\xbc\xc3\x9f"));
+}
+
 void ApplyTest::handOverFileThatCannotBeReadTakesTheCommandItself()
 {
     writeFile(kHandOverFile, "reboot");
@@ -849,6 +896,22 @@ void ApplyTest::endBeforeAnybodyWaitsIsNotMissed()
     semaphore.release();
     waiting.join();
     QVERIFY(wasAcquired);
+}
+
+void ApplyTest::semaphoreIsShutUntilTheKeyIsCommitted()
+{
+    HeldBackend backend;
+    ReleaseCounter const counter(kDoneKey);
+    applyOn(backend, *mTop, kDoneKey);
+    bool const isCommitted = waitUntil([&backend] { return backend.isCommitting(); });
+    QTest::qWait(kSettleMs);
+    int const early = counter.count();
+    backend.letGo();
+    QVERIFY(isCommitted);
+    QCOMPARE(early, 0);
+    QVERIFY(waitUntil([&counter] { return counter.count() == 1; }));
+    QVERIFY(waitUntilIdle());
+    QCOMPARE(backend.value(kDoneKey), QString("0"));
 }
 
 void ApplyTest::endIsToldThoughTheBackendRefuses()

@@ -2,6 +2,8 @@
 
 #include "actions/default/Wrapper.h"
 #include "plugin/PluginScene.h"
+#include "support/LastCommandWatch.h"
+#include "support/ReleaseCounter.h"
 
 #include <QMutex>
 #include <QMutexLocker>
@@ -23,6 +25,17 @@ public:
     {
         QMutexLocker const locker(&mMutex);
         return mTold;
+    }
+
+    Q_INVOKABLE void scriptHasComplained(QString const& script, QByteArray const& errorOutput)
+    {
+        tell(script.section('/', -1) + " says " + QString::fromUtf8(errorOutput).trimmed());
+    }
+
+    Q_INVOKABLE void lastCommandIsSettled(QString const& request, QString const& command,
+                                          QString const& outcome, QString const& file)
+    {
+        tell(request + ", " + command + ", " + outcome + ", " + file);
     }
 
     Q_INVOKABLE int currentRequest() const { return kRequest; }
@@ -69,6 +82,10 @@ private slots:
     void runOfAScriptIsTold();
     void scriptThatCannotStartIsTold();
     void applyScriptRunsUnderTheRequestThatQueuedIt();
+    void errorOutputIsToldBeforeTheRun();
+    void lastCommandIsToldBeforeTheEnd_data();
+    void lastCommandIsToldBeforeTheEnd();
+    void requestWithoutLastCommandTellsOfNone();
     void listenerWithoutMethodsChangesNothing();
     void pluginThatIsGoneTellsNothing();
 
@@ -126,6 +143,75 @@ void ActivityReportsTest::applyScriptRunsUnderTheRequestThatQueuedIt()
     QCOMPARE(listener.told(),
              QStringList() << "resume 7 elsewhere"
                            << "apply.sh: exit 0, success, 0 bytes");
+}
+
+void ActivityReportsTest::errorOutputIsToldBeforeTheRun()
+{
+    Listener listener;
+    PluginScene scene(kRoot);
+    listen(scene, listener);
+    scene.wrappers.addScript("zelvo-view/radio/ssid", "get.sh", "echo no radio >&2; exit 3");
+    QCOMPARE(scene.get(scene.at("radio/ssid")), 0);
+    QCOMPARE(listener.told(),
+             QStringList() << "get.sh says no radio"
+                           << "get.sh: exit 3, failure, 0 bytes");
+}
+
+void ActivityReportsTest::lastCommandIsToldBeforeTheEnd_data()
+{
+    QTest::addColumn<QByteArray>("asked");
+    QTest::addColumn<QByteArray>("handOver");
+    QTest::addColumn<QString>("told");
+
+    QString const file = ", /tmp/last-apply-command";
+    QTest::newRow("a word") << QByteArray("logout") << QByteArray() << "wlox-logoff, started, ";
+    QTest::newRow("a command line")
+        << QByteArray("/bin/true --now") << QByteArray() << "/bin/true --now, started, ";
+    QTest::newRow("a command line of nothing")
+        << QByteArray("\"\"") << QByteArray() << "\"\", not started, ";
+    QTest::newRow("handed over") << QByteArray("logout") << QByteArray("file")
+                                 << "logout:wlox-logoff, handed over" + file;
+    QTest::newRow("not handed over") << QByteArray("reboot") << QByteArray("directory")
+                                     << "reboot:wlox-reboot, not handed over" + file;
+}
+
+void ActivityReportsTest::lastCommandIsToldBeforeTheEnd()
+{
+    QFETCH(QByteArray, asked);
+    QFETCH(QByteArray, handOver);
+    QFETCH(QString, told);
+
+    QDir const tmp("/tmp");
+    QFile file(tmp.filePath("last-apply-command"));
+    if (handOver == "directory")
+        QVERIFY(tmp.mkdir("last-apply-command"));
+    else if (!handOver.isEmpty())
+        QVERIFY(file.open(QIODevice::WriteOnly));
+    Listener listener;
+    {
+        PluginScene scene(kRoot);
+        listen(scene, listener);
+        scene.wrappers.addScript("zelvo-view/radio/ssid", "apply.sh", asksFor(asked));
+        ReleaseCounter const counter("tmp/apply/reports");
+        QCOMPARE(scene.plugin->apply(scene.at("radio/ssid"), "tmp/apply/reports"), 0);
+        // No event is served here, and the plugin is not waited for.
+        while (counter.count() == 0)
+            QTest::qSleep(1);
+        QCOMPARE(listener.told().last(), "tmp/apply/reports, " + told);
+    }
+    tmp.rmdir("last-apply-command");
+    file.remove();
+}
+
+void ActivityReportsTest::requestWithoutLastCommandTellsOfNone()
+{
+    Listener listener;
+    {
+        PluginScene scene(kRoot);
+        listen(scene, listener);
+        QCOMPARE(scene.apply(scene.at("radio/ssid")), 0);
+    }
+    QCOMPARE(listener.told(), QStringList());
 }
 
 void ActivityReportsTest::listenerWithoutMethodsChangesNothing()

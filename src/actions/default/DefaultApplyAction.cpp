@@ -36,8 +36,7 @@ void DefaultApplyAction::sExecuteLastApplyCommand(Vantora* backend, QString cons
     QThreadPool* const pool = ActionKit::instance()->popApplyThreadPool();
     LastCommandTask* const task = new LastCommandTask(backend, pool, key);
     AutoThread* const keeper = new AutoThread(task);
-    // The plugin object, the pool's owner, waits for the threads of its requests when it goes.
-    keeper->setParent(pool->parent());
+    keeper->setParent(pool);
     QObject::connect(task, SIGNAL(finished()), keeper, SLOT(deleteThread()));
     QtCompat::connectThreadTerminated(task, keeper, SLOT(deleteThread()));
     task->start(QThread::InheritPriority);

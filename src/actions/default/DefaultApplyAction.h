@@ -20,7 +20,8 @@ public:
     static void sSetLastApplyCommand(QString const& command);
 
     /// Ends an apply request: takes its pool off the kit's stack and, on a thread of its own, waits
-    /// for the pool and carries out the pending command. Returns at once.
+    /// for the pool and carries out the pending command. Returns at once. That thread belongs to an
+    /// AutoThread, which is the pool's only child and goes when the thread has ended.
     ///
     /// @param backend  told of the end through `key`; must outlive the thread.
     /// @param key      may be empty: nobody is told.

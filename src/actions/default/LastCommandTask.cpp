@@ -1,40 +1,26 @@
 #include "actions/default/LastCommandTask.h"
 
 #include "actions/default/DefaultApplyAction.h"
+#include "actions/default/HandOverFile.h"
 #include "actions/default/LastCommands.h"
-#include "common/Files.h"
 #include "common/QtCompat.h"
-#include "common/Text.h"
 
 #include <vantora/vantora.h>
 
-#include <QFile>
 #include <QMutexLocker>
 #include <QSystemSemaphore>
 #include <QThreadPool>
 
-namespace {
-
-char const kHandOverFile[] = "/tmp/last-apply-command";
-
-/// The command that waits in the hand-over file: its first line up to the first ":".
-QString readHandedOver(QFile& file)
+LastCommandObserver::~LastCommandObserver()
 {
-    QString const line = latin1UpToNul(file.readLine().trimmed());
-    return line.section(QLatin1Char(':'), 0, 0);
 }
 
-void handOver(QFile& file, QString const& command, QString const& commandLine)
-{
-    if (!openRegularFile(file, QIODevice::WriteOnly | QIODevice::Truncate | QIODevice::Text))
-        return;
-    QString text = command;
-    if (commandLine != command)
-        text += QLatin1Char(':') + commandLine;
-    file.write(text.toLocal8Bit());
-}
+LastCommandObserver* LastCommandTask::smObserver = nullptr;
 
-} // namespace
+void LastCommandTask::sSetObserver(LastCommandObserver* observer)
+{
+    smObserver = observer;
+}
 
 LastCommandTask::LastCommandTask(Vantora* backend, QThreadPool* pool, QString const& key)
     : mBackend(backend)
@@ -53,25 +39,42 @@ void LastCommandTask::run()
 void LastCommandTask::executeCommand()
 {
     mPool->waitForDone();
+    Settlement const settlement = sSettlePending();
+    if (smObserver && !settlement.command.isNull())
+        smObserver->lastCommandIsSettled(mKey, settlement.command, settlement.outcome);
+}
 
+LastCommandTask::Settlement LastCommandTask::sSettlePending()
+{
     // One section from reading to resetting: of two requests that end at once, one alone gets the
     // command, and neither reads the file while the other writes it.
     QMutexLocker const locker(&DefaultApplyAction::smLastApplyCommandMutex);
     QString& pending = DefaultApplyAction::smLastApplyCommand;
-    QFile file(QString::fromLatin1(kHandOverFile));
-    if (openRegularFile(file, QIODevice::ReadOnly | QIODevice::Text)) {
-        pending = lastCommandAfterOffer(pending, readHandedOver(file).trimmed());
-        file.close();
-    }
+    HandOverFile file;
+    QString waiting;
+    if (file.read(waiting))
+        pending = lastCommandAfterOffer(pending, waiting);
+    Settlement settlement = {QString(), LastCommandObserver::NotStarted};
     if (pending.isEmpty())
-        return;
-
-    QString const commandLine = lastCommandLine(pending);
-    if (isMissing(file.fileName()))
-        static_cast<void>(QtCompat::startDetachedCommandLine(commandLine));
-    else
-        handOver(file, pending, commandLine);
+        return settlement;
+    settlement = sCarryOut(pending, file);
     pending = QString();
+    return settlement;
+}
+
+LastCommandTask::Settlement LastCommandTask::sCarryOut(QString const& pending, HandOverFile& file)
+{
+    QString const commandLine = lastCommandLine(pending);
+    if (!file.exists()) {
+        bool const isStarted = QtCompat::startDetachedCommandLine(commandLine);
+        return {commandLine,
+                isStarted ? LastCommandObserver::Started : LastCommandObserver::NotStarted};
+    }
+    QString text = pending;
+    if (commandLine != pending)
+        text += QLatin1Char(':') + commandLine;
+    bool const isWritten = file.replace(text);
+    return {text, isWritten ? LastCommandObserver::HandedOver : LastCommandObserver::NotHandedOver};
 }
 
 void LastCommandTask::notify()

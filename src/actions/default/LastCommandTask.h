@@ -3,8 +3,28 @@
 #include <QString>
 #include <QThread>
 
+class HandOverFile;
 class QThreadPool;
 class Vantora;
+
+/// Is told what became of last commands.
+class LastCommandObserver
+{
+public:
+    enum Outcome { Started, NotStarted, HandedOver, NotHandedOver };
+
+    virtual ~LastCommandObserver();
+
+    /// Called on the thread that ends an apply request, before the host is told of the end; not for a
+    /// request without a last command.
+    ///
+    /// @param request  the key that the host has given to the apply; may be empty.
+    /// @param command  the command line that was started, as far as is known, or could not be; the
+    ///                 text that was written into the hand-over file, or could not be.
+    virtual void lastCommandIsSettled(QString const& request, QString const& command,
+                                      Outcome outcome)
+        = 0;
+};
 
 /// The end of an apply request, on its own thread: waits for the request's scripts, carries out the
 /// pending last command and tells the host.
@@ -19,8 +39,15 @@ public:
     ///                 that is then released once; empty: nobody is told.
     LastCommandTask(Vantora* backend, QThreadPool* pool, QString const& key);
 
+    /// From now on `observer` is told. To be called while no apply is under way.
+    ///
+    /// @param observer  stays the caller's; null: nobody is told, which is how it starts.
+    static void sSetObserver(LastCommandObserver* observer);
+
     /// Waits for the pool, then runs the pending last command or, where the hand-over file
-    /// "/tmp/last-apply-command" exists, writes it there for somebody else to run.
+    /// "/tmp/last-apply-command" exists, writes it there for somebody else to run. What waits there
+    /// already competes with it. It is dropped when there is something of that name that cannot be
+    /// written, or is no file of its own: see HandOverFile.
     void executeCommand();
 
 protected:
@@ -29,7 +56,19 @@ protected:
 private:
     Q_DISABLE_COPY(LastCommandTask)
 
+    /// What was done; nothing when its command is null.
+    struct Settlement
+    {
+        QString command;
+        LastCommandObserver::Outcome outcome;
+    };
+
+    static Settlement sSettlePending();
+    static Settlement sCarryOut(QString const& pending, HandOverFile& file);
+
     void notify();
+
+    static LastCommandObserver* smObserver;
 
     Vantora* mBackend;
     QThreadPool* mPool;

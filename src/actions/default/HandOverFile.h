@@ -1,0 +1,42 @@
+#pragma once
+
+#include <QString>
+
+/// "/tmp/last-apply-command": where it exists, the last command of an apply request is written into it
+/// for its maker to run.
+///
+/// Everybody can put anything under that name, at any moment. So it is opened once, when this object
+/// is made, and whether it is there is decided by that; all else is done with what was opened. It can
+/// be used when it is a regular file without another name: a link, hard or not, may stand for any
+/// file, and a pipe may never answer.
+class HandOverFile
+{
+public:
+    HandOverFile();
+    ~HandOverFile();
+
+    static QString sPath();
+
+    /// Whether there was anything of that name, of whatever kind.
+    bool exists() const;
+
+    /// Reads the command that waits in the file: its first line up to the first ":", trimmed.
+    ///
+    /// @return false when the file cannot be read, or is longer than any output.
+    bool read(QString& command) const;
+
+    /// Puts `text` in place of what the file holds, in the encoding of the locale.
+    ///
+    /// @return false when it cannot be written.
+    bool replace(QString const& text);
+
+private:
+    Q_DISABLE_COPY(HandOverFile)
+
+    void open();
+    bool hasNoOtherName() const;
+    void close();
+
+    bool mExists;
+    int mDescriptor;
+};
