@@ -16,6 +16,7 @@
 
 #include <vantora/vantora.h>
 
+#include <QThread>
 #include <QThreadPool>
 #include <QVariant>
 
@@ -99,6 +100,16 @@ void commitAlone(IConfigEntry& entry)
     entry.commit();
 }
 
+/// Deletes the pool of an apply request when that has ended.
+void deleteWithItsThread(QThreadPool* pool)
+{
+    if (!pool)
+        return;
+    // First the thread, which waits for the pool.
+    delete pool->findChild<AutoThread*>();
+    delete pool;
+}
+
 } // namespace
 
 /// A request while it is served.
@@ -138,9 +149,8 @@ ZelvoView::ZelvoView()
 
 ZelvoView::~ZelvoView()
 {
-    // Before the pools, which are children too: the kept threads wait for them.
-    QList<AutoThread*> const keepers = findChildren<AutoThread*>();
-    qDeleteAll(keepers);
+    for (QThreadPool* const pool : mApplyPools)
+        deleteWithItsThread(pool);
 }
 
 void ZelvoView::pluginIsLoaded(Vantora& backend, Reg::Registry& registry, QString const& text,
@@ -150,7 +160,10 @@ void ZelvoView::pluginIsLoaded(Vantora& backend, Reg::Registry& registry, QStrin
     mRegistry = &registry;
     mText = text;
     mBaseDir = baseDir;
-    ActionKit::init(backend, QDir(baseDir + QLatin1String(kWrappersFolder)));
+    // Scripts run in folders of their own, and the host may change its own at any time.
+    QString const absolute
+        = QDir::isAbsolutePath(baseDir) ? baseDir : QDir::currentPath() + kSeparator + baseDir;
+    ActionKit::init(backend, QDir(absolute + QLatin1String(kWrappersFolder)));
     registerViewKeys(*ActionKit::instance(), backend);
     if (QObject* const listener = qvariant_cast<QObject*>(property(kListenerProperty)))
         new ActivityReports(*listener, this);
@@ -249,14 +262,20 @@ int ZelvoView::apply(QString const& key, QString const& command)
     if (ConfigBranch* const branch = dynamic_cast<ConfigBranch*>(entry))
         tree.populateEntryWithAllDescendants(*branch, getDefaultSettings(), key);
 
-    QThreadPool* const pool = new QThreadPool(this);
+    // A parent and its children live in one thread.
+    bool const isCalledElsewhere = thread() != QThread::currentThread();
+    QThreadPool* const pool = new QThreadPool(isCalledElsewhere ? nullptr : this);
+    mApplyPools.removeAll(QPointer<QThreadPool>());
+    mApplyPools.append(pool);
     ActionKit::instance()->pushApplyThreadPool(pool);
     entry->apply();
     DefaultApplyAction::sExecuteLastApplyCommand(mBackend, command);
-    // The keeper of the thread that waits for the pool has just become the last child. It goes when
-    // that thread has ended: nobody uses the pool any more.
-    QObject::connect(findChildren<AutoThread*>().last(), SIGNAL(destroyed()), pool,
+    // The keeper of the thread that waits for the pool goes when that thread has ended: nobody uses
+    // the pool any more.
+    QObject::connect(pool->findChild<AutoThread*>(), SIGNAL(destroyed()), pool,
                      SLOT(deleteLater()));
+    if (isCalledElsewhere)
+        pool->moveToThread(thread());
     return kDone;
 }
 

@@ -5,11 +5,13 @@
 #include <vantora/abstractplugin.h>
 
 #include <QObject>
+#include <QPointer>
 #include <QString>
 #include <QStringList>
 
 class ConfigTree;
 class IConfigEntry;
+class QThreadPool;
 
 /// The plugin object: answers the host's requests on the keys of the view.
 ///
@@ -28,7 +30,8 @@ public:
     /// committed. The host must not hold up the backend calls with which they end.
     ~ZelvoView() override;
 
-    /// Registers the view with the action kit. Scripts are looked for in `baseDir` + "/wrappers".
+    /// Registers the view with the action kit. Scripts are looked for in `baseDir` + "/wrappers";
+    /// one that is not absolute is taken from the working directory that the process has now.
     ///
     /// A host that wants to see what its requests lead to has put a `QObject*` into the dynamic
     /// property "activityListener" before; see ActivityReports.
@@ -55,7 +58,9 @@ public:
     ///         all is written, so that the host goes on with its other parts.
     int commit(QString const& key) override;
 
-    /// Queues the apply scripts at and under `key` and returns.
+    /// Queues the apply scripts at and under `key` and returns. What was made for the request goes
+    /// when that has ended, through the event loop of the thread that this object lives in; without
+    /// one it goes with this object.
     ///
     /// @param command  the key that is set to "0" when all is done, and the name of the semaphore
     ///                 that is then released; may be empty.
@@ -105,4 +110,5 @@ private:
 
     SetBuffer mSetBuffer;
     QStringList mRequests;
+    QList<QPointer<QThreadPool>> mApplyPools; // null when the request has ended
 };

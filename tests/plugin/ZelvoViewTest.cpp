@@ -81,6 +81,8 @@ private slots:
     void loadedPluginKeepsWhatItWasGiven();
     void wrappersLieUnderTheBaseDirectory();
     void baseDirectoryIsTakenAsItStands();
+    void relativeBaseDirectoryIsTakenFromTheWorkingDirectoryOfTheStart_data();
+    void relativeBaseDirectoryIsTakenFromTheWorkingDirectoryOfTheStart();
     void importAndExportSucceedAndDoNothing();
     void baseAnswersWhatIsNotOverridden();
 
@@ -168,6 +170,43 @@ void ZelvoViewTest::wrappersLieUnderTheBaseDirectory()
 
     PluginScene scene(root);
     QCOMPARE(ActionKit::instance()->wrappersDirectory().path(), scene.baseDir() + "/wrappers");
+}
+
+void ZelvoViewTest::relativeBaseDirectoryIsTakenFromTheWorkingDirectoryOfTheStart_data()
+{
+    QTest::addColumn<QString>("start");
+    QTest::addColumn<QString>("relative");
+
+    QTest::newRow("below") << ".."
+                           << "%1";
+    QTest::newRow("below, with a slash") << ".."
+                                         << "%1/";
+    QTest::newRow("here") << "."
+                          << ".";
+    QTest::newRow("beside") << "wrappers"
+                            << "..";
+    QTest::newRow("nothing") << "."
+                             << "";
+}
+
+void ZelvoViewTest::relativeBaseDirectoryIsTakenFromTheWorkingDirectoryOfTheStart()
+{
+    QFETCH_GLOBAL(QString, root);
+    QFETCH(QString, start);
+    QFETCH(QString, relative);
+
+    PluginScene scene(root);
+    scene.wrappers.addScript("zelvo-view/radio/ssid", "get.sh", "printf home");
+    QString const before = QDir::currentPath();
+    QString const name = QFileInfo(scene.baseDir()).fileName();
+    QVERIFY(QDir::setCurrent(scene.baseDir() + "/" + start));
+    scene.load(scene.defaults, relative.contains("%1") ? relative.arg(name) : relative);
+    QVERIFY(QDir::setCurrent(before));
+
+    QVERIFY(ActionKit::instance()->wrappersDirectory().isAbsolute());
+    QStringList answer;
+    QCOMPARE(scene.get(scene.at("radio/ssid"), &answer), 0);
+    QCOMPARE(answer, QStringList("value home"));
 }
 
 void ZelvoViewTest::baseDirectoryIsTakenAsItStands()
