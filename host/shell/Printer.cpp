@@ -3,6 +3,7 @@
 #include "shell/Json.h"
 #include "shell/Reply.h"
 #include "shell/Terminal.h"
+#include "shell/TraceJson.h"
 
 #include <cstdio>
 
@@ -84,6 +85,8 @@ void JsonPrinter::print(Command const& command, Reply const& reply)
         object["text"] = utf8(reply.text);
     for (QString const& message : reply.messages)
         object["messages"].push_back(utf8(message));
+    for (TraceEvent const& event : reply.events)
+        object["events"].push_back(traceObject(event));
     writeOutput(jsonText(object) + QLatin1Char('\n'));
 }
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "shell/Trace.h"
+
 #include <QList>
 #include <QString>
 #include <QStringList>
@@ -37,4 +39,7 @@ struct Reply
 
     /// What else there is to tell: why it failed, or what came of it.
     QStringList messages;
+
+    /// The scripts and the last command of an apply.
+    QList<TraceEvent> events;
 };

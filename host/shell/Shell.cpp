@@ -1,5 +1,6 @@
 #include "shell/Shell.h"
 
+#include "shell/ApplyReport.h"
 #include "shell/ApplyWait.h"
 #include "shell/Changes.h"
 #include "shell/Events.h"
@@ -291,19 +292,23 @@ void Shell::apply(QStringList const& arguments, Reply& reply)
 
     LastCommands const commands;
     reply.code = mHost.apply(key, command);
-    if (reply.code == 0 && !end.wait(mTimeoutSeconds)) {
-        if (!isOver(command)) {
-            mHasUnfinishedApply = true;
-            return complainOfWait(arguments.at(0), end, reply);
-        }
+    bool const isInTime = reply.code != 0 || end.wait(mTimeoutSeconds);
+    bool const isFinished = isInTime || isOver(command);
+    if (!isFinished)
+        complainOfWait(arguments.at(0), end, reply);
+    else if (!isInTime)
         complain(reply, kNoSemaphore,
                  arguments.at(0) + QLatin1String(": finished, but released no semaphore"));
+    reply.events = mHost.trace().takeApplied();
+    reply.messages += applyReport(reply.events);
+    if (!isFinished) {
+        mHasUnfinishedApply = true;
+        return;
     }
     forgetApply(command);
     // One that was given up earlier may still be running.
     if (!mHasUnfinishedApply)
         commands.awaitStarted();
-    reply.messages += commands.since();
 }
 
 void Shell::complainOfWait(QString const& key, ApplyWait const& end, Reply& reply)

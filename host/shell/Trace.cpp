@@ -1,7 +1,7 @@
 #include "shell/Trace.h"
 
-#include "shell/Json.h"
 #include "shell/Printer.h"
+#include "shell/TraceJson.h"
 
 #include <chrono>
 #include <vector>
@@ -10,7 +10,6 @@ namespace {
 
 typedef std::chrono::steady_clock Clock;
 
-char const* const kKinds[] = {"command", "backend", "script", "bus"};
 int const kIndent = 2;
 
 // What a thread that was started for a command does, is done for a backend call of it.
@@ -30,13 +29,17 @@ struct ThreadState
     int depth;
     std::vector<OpenCall> open;
     QList<TraceEvent>* record;
+    // Of the script that is told of next.
+    QByteArray errorOutput;
 };
 
-thread_local ThreadState tState = {0, 0, std::vector<OpenCall>(), nullptr};
+thread_local ThreadState tState = {0, 0, std::vector<OpenCall>(), nullptr, QByteArray()};
 
 TraceEvent emptyEvent(TraceEvent::Kind kind)
 {
-    TraceEvent const event = {kind, 0, 0, QString(), QString(), 0, QString(), true, 0.0, 0, false};
+    TraceEvent event = TraceEvent();
+    event.kind = kind;
+    event.isSuccess = true;
     return event;
 }
 
@@ -52,23 +55,12 @@ QString callText(TraceEvent const& event)
                                              : event.operation + QLatin1Char(' ') + event.subject);
 }
 
-QString outcome(TraceEvent const& event)
-{
-    switch (event.kind) {
-    case TraceEvent::ScriptRun:
-        return event.ending == QLatin1String("exited")
-            ? QString::fromLatin1("exit code %1").arg(event.code)
-            : event.ending;
-    case TraceEvent::BusCall:
-        return event.ending.isNull() ? QString::fromLatin1("answered") : shownText(event.ending);
-    default:
-        return QString::fromLatin1("code %1").arg(event.code);
-    }
-}
-
 QString textLine(TraceEvent const& event, bool wasAnnounced)
 {
     QString line = lead(event);
+    if (event.kind == TraceEvent::LastCommand)
+        return line + QLatin1String("last command ") + shownText(event.subject)
+            + QLatin1String(": ") + traceOutcome(event);
     if (event.kind == TraceEvent::ScriptRun)
         line += QLatin1String("script ") + shownText(event.subject) + QLatin1String(": ");
     else if (event.kind == TraceEvent::BusCall)
@@ -76,53 +68,29 @@ QString textLine(TraceEvent const& event, bool wasAnnounced)
             + QLatin1String(": ");
     else
         line += wasAnnounced ? QString::fromLatin1("= ") : callText(event) + QLatin1String(": ");
-    line += outcome(event) + QString::fromLatin1(", %1 ms").arg(event.milliseconds, 0, 'f', 1);
+    line += traceOutcome(event) + QString::fromLatin1(", %1 ms").arg(event.milliseconds, 0, 'f', 1);
     if (event.kind == TraceEvent::ScriptRun)
         line += QString::fromLatin1(", %1 bytes").arg(event.outputBytes);
     return line;
 }
 
-void addScript(TraceEvent const& event, Json& object)
-{
-    object["script"] = utf8(event.subject);
-    object["ending"] = utf8(event.ending);
-    object["exit_code"] = event.code;
-    object["success"] = event.isSuccess;
-    object["output_bytes"] = event.outputBytes;
-}
-
-void addBusCall(TraceEvent const& event, Json& object)
-{
-    object["path"] = utf8(event.subject);
-    object["method"] = utf8(event.operation);
-    if (!event.ending.isNull())
-        object["error"] = utf8(event.ending);
-}
-
-void addCall(TraceEvent const& event, Json& object)
-{
-    object["operation"] = utf8(event.operation);
-    object["subject"] = utf8(event.subject);
-    object["code"] = event.code;
-}
-
-QString jsonLine(TraceEvent const& event)
-{
-    Json object;
-    object["command"] = event.command;
-    object["depth"] = event.depth;
-    object["kind"] = kKinds[event.kind];
-    if (event.kind == TraceEvent::ScriptRun)
-        addScript(event, object);
-    else if (event.kind == TraceEvent::BusCall)
-        addBusCall(event, object);
-    else
-        addCall(event, object);
-    object["milliseconds"] = event.milliseconds;
-    return jsonText(object);
-}
-
 } // namespace
+
+QString traceOutcome(TraceEvent const& event)
+{
+    switch (event.kind) {
+    case TraceEvent::ScriptRun:
+        return event.ending == QLatin1String("exited")
+            ? QString::fromLatin1("exit code %1").arg(event.code)
+            : event.ending;
+    case TraceEvent::LastCommand:
+        return event.ending;
+    case TraceEvent::BusCall:
+        return event.ending.isNull() ? QString::fromLatin1("answered") : shownText(event.ending);
+    default:
+        return QString::fromLatin1("code %1").arg(event.code);
+    }
+}
 
 Trace::Trace(Format format)
     : mFormat(format)
@@ -169,7 +137,16 @@ void Trace::end(int code, bool hasValue)
 void Trace::expectEnd(QString const& notified)
 {
     std::lock_guard<std::mutex> const guard(mMutex);
-    mNotified.insert(notified, currentRequest());
+    int const command = currentRequest();
+    mNotified.insert(notified, command);
+    if (!mApplied.contains(command))
+        mApplied.insert(command, QList<TraceEvent>());
+}
+
+QList<TraceEvent> Trace::takeApplied()
+{
+    std::lock_guard<std::mutex> const guard(mMutex);
+    return mApplied.take(currentRequest());
 }
 
 /// Lets a thread that notifies of the end of an apply belong to the command that waits for it.
@@ -199,8 +176,6 @@ void Trace::resumeRequest(int command)
 void Trace::scriptHasRun(QString const& script, QString const& ending, int exitCode, bool isSuccess,
                          int milliseconds, qlonglong outputBytes)
 {
-    if (!isActive())
-        return;
     TraceEvent event = emptyEvent(TraceEvent::ScriptRun);
     event.subject = script;
     event.ending = ending;
@@ -208,7 +183,28 @@ void Trace::scriptHasRun(QString const& script, QString const& ending, int exitC
     event.isSuccess = isSuccess;
     event.milliseconds = milliseconds;
     event.outputBytes = outputBytes;
+    event.errorOutput = tState.errorOutput;
+    tState.errorOutput.clear();
     addInside(event);
+    keepApplied(event);
+}
+
+void Trace::scriptHasComplained(QString const&, QByteArray const& errorOutput)
+{
+    tState.errorOutput = errorOutput;
+}
+
+void Trace::lastCommandIsSettled(QString const& request, QString const& command,
+                                 QString const& outcome, QString const& file)
+{
+    if (tState.command == 0)
+        resumeCommandToEnd(request);
+    TraceEvent event = emptyEvent(TraceEvent::LastCommand);
+    event.subject = command;
+    event.ending = outcome;
+    event.file = file;
+    addInside(event);
+    keepApplied(event);
 }
 
 void Trace::busCallHasEnded(QString const& path, QString const& member, QString const& error,
@@ -239,10 +235,18 @@ void Trace::add(TraceEvent const& event, bool wasAnnounced)
         announceOpenCalls();
         writeMessage(textLine(event, wasAnnounced));
     } else if (mFormat == JsonLines) {
-        writeMessage(jsonLine(event));
+        writeMessage(jsonText(traceObject(event)));
     }
     if (tState.record)
         tState.record->append(event);
+}
+
+void Trace::keepApplied(TraceEvent const& event)
+{
+    std::lock_guard<std::mutex> const guard(mMutex);
+    QMap<int, QList<TraceEvent>>::iterator const events = mApplied.find(event.command);
+    if (events != mApplied.end())
+        events->append(event);
 }
 
 void Trace::announceOpenCalls()

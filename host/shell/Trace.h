@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QByteArray>
 #include <QList>
 #include <QMap>
 #include <QObject>
@@ -11,7 +12,7 @@
 /// One thing that was done for a command.
 struct TraceEvent
 {
-    enum Kind { CommandRun, BackendCall, ScriptRun, BusCall };
+    enum Kind { CommandRun, BackendCall, ScriptRun, LastCommand, BusCall };
 
     Kind kind;
 
@@ -24,17 +25,25 @@ struct TraceEvent
     /// The operation of a command or a backend call; the method of a bus call.
     QString operation;
 
-    /// What a command is about, a key, the path of a script or of an object on the bus.
+    /// What a command is about, a key, the path of a script or of an object on the bus; a last
+    /// command.
     QString subject;
 
     /// The result code or the exit code.
     int code;
 
-    /// Of a script: how it ended. Of a bus call: the error; null if there was none.
+    /// Of a script: how it ended. Of a last command: what became of it. Of a bus call: the error; null
+    /// if there was none.
     QString ending;
 
     /// Of a script: whether that counts as success.
     bool isSuccess;
+
+    /// Of a script: what it wrote to its standard error, or the end of that.
+    QByteArray errorOutput;
+
+    /// Of a last command: the file into which it was handed over, or should have been.
+    QString file;
 
     double milliseconds;
 
@@ -44,6 +53,9 @@ struct TraceEvent
     /// Of a "get": whether it answered a value rather than a listing.
     bool hasValue;
 };
+
+/// How a script ended or what became of a call, for a person.
+QString traceOutcome(TraceEvent const& event);
 
 /// Sees what is done for the commands, and writes it to standard error as it happens or keeps it for
 /// somebody who asks.
@@ -65,8 +77,13 @@ public:
     void end(int code, bool hasValue);
 
     /// From now on the threads that call the backend with the key `notified` belong to the command
-    /// of the calling one: it is what an apply in the background ends with.
+    /// of the calling one: it is what an apply in the background ends with. The scripts and the last
+    /// command of it are kept for `takeApplied`.
     void expectEnd(QString const& notified);
+
+    /// The scripts and the last command of the applies of the calling thread's command, as far as
+    /// they have happened, in that order. Nothing more is kept for that command.
+    QList<TraceEvent> takeApplied();
 
     /// What the calling thread does from now on is appended to `events` too; null ends that.
     void record(QList<TraceEvent>* events);
@@ -76,6 +93,9 @@ public:
     Q_INVOKABLE void resumeRequest(int command);
     Q_INVOKABLE void scriptHasRun(QString const& script, QString const& ending, int exitCode,
                                   bool isSuccess, int milliseconds, qlonglong outputBytes);
+    Q_INVOKABLE void scriptHasComplained(QString const& script, QByteArray const& errorOutput);
+    Q_INVOKABLE void lastCommandIsSettled(QString const& request, QString const& command,
+                                          QString const& outcome, QString const& file);
     Q_INVOKABLE void busCallHasEnded(QString const& path, QString const& member,
                                      QString const& error, int milliseconds);
 
@@ -87,6 +107,7 @@ private:
     void announceOpenCalls();
     void addInside(TraceEvent& event);
     void add(TraceEvent const& event, bool wasAnnounced);
+    void keepApplied(TraceEvent const& event);
 
     Format const mFormat;
     std::atomic<int> mLastCommand;
@@ -94,6 +115,7 @@ private:
     // Guards what follows.
     std::mutex mMutex;
     QMap<QString, int> mNotified;
+    QMap<int, QList<TraceEvent>> mApplied; // by command
 };
 
 /// A command or a backend call for as long as it goes on.

@@ -1,0 +1,51 @@
+#include "shell/ApplyReport.h"
+
+#include "shell/Printer.h"
+
+namespace {
+
+int const kMostErrorLines = 10;
+
+bool isClean(TraceEvent const& script)
+{
+    return script.ending == QLatin1String("exited") && script.code == 0;
+}
+
+QStringList scriptLines(TraceEvent const& script)
+{
+    QStringList lines(
+        QString::fromLatin1("script %1: %2").arg(script.subject, traceOutcome(script)));
+    QByteArray const output = script.errorOutput.trimmed();
+    if (output.isEmpty())
+        return lines;
+    QList<QByteArray> const errors = output.split('\n');
+    for (QByteArray const& line : errors.mid(qMax(0, errors.size() - kMostErrorLines)))
+        lines.append(QLatin1String("  ")
+                     + shownText(QString::fromUtf8(line.constData(), line.size())));
+    return lines;
+}
+
+QString lastCommandLine(TraceEvent const& command)
+{
+    QString const what = shownText(command.subject);
+    if (command.ending == QLatin1String("started"))
+        return QLatin1String("run: ") + what;
+    QString const line = command.ending + QLatin1String(": ") + what;
+    return command.ending == QLatin1String("not handed over")
+        ? line + QLatin1String(": cannot use ") + command.file
+        : line;
+}
+
+} // namespace
+
+QStringList applyReport(QList<TraceEvent> const& events)
+{
+    QStringList lines;
+    for (TraceEvent const& event : events) {
+        if (event.kind == TraceEvent::LastCommand)
+            lines.append(lastCommandLine(event));
+        else if (!isClean(event))
+            lines += scriptLines(event);
+    }
+    return lines;
+}
