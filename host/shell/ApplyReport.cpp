@@ -13,13 +13,14 @@ bool isClean(TraceEvent const& script)
 
 QStringList scriptLines(TraceEvent const& script)
 {
-    QStringList lines(
-        QString::fromLatin1("script %1: %2").arg(script.subject, traceOutcome(script)));
+    QStringList lines(QLatin1String("script ") + onOneLine(script.subject) + QLatin1String(": ")
+                      + traceOutcome(script));
     QByteArray const output = script.errorOutput.trimmed();
     if (output.isEmpty())
         return lines;
-    QList<QByteArray> const errors = output.split('\n');
-    for (QByteArray const& line : errors.mid(qMax(0, errors.size() - kMostErrorLines)))
+    QList<QByteArray> const written = output.split('\n');
+    QList<QByteArray> const last = written.mid(qMax(0, written.size() - kMostErrorLines));
+    for (QByteArray const& line : last)
         lines.append(QLatin1String("  ")
                      + shownText(QString::fromUtf8(line.constData(), line.size())));
     return lines;
