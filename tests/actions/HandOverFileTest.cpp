@@ -41,6 +41,18 @@ bool writeFile(char const* name, QByteArray const& content)
     return file.open(QIODevice::WriteOnly) && file.write(content) == content.size();
 }
 
+/// Whether this process has the file open.
+bool isOpen(char const* name)
+{
+    QFileInfoList const descriptors
+        = QDir("/proc/self/fd").entryInfoList(QDir::Files | QDir::System);
+    for (QFileInfo const& descriptor : descriptors) {
+        if (descriptor.symLinkTarget() == name)
+            return true;
+    }
+    return false;
+}
+
 void makeFile(char const* name)
 {
     writeFile(name, kOffered);
@@ -96,6 +108,7 @@ private slots:
     void whatIsNoFileOfItsOwnIsNotUsed_data();
     void whatIsNoFileOfItsOwnIsNotUsed();
     void fileThatVanishesIsNotMissing();
+    void fileThatVanishesInTheMiddleKeepsTheCommandFromRunning();
     void fileThatIsExchangedMeanwhileIsLeftAlone();
     void fileLongerThanAnyOutputOffersNothing();
 
@@ -227,6 +240,24 @@ void HandOverFileTest::fileThatVanishesIsNotMissing()
     QCOMPARE(command, QString(kOffered));
     static_cast<void>(file.replace("reboot"));
     QVERIFY(!QFile::exists(kHandOverFile));
+}
+
+void HandOverFileTest::fileThatVanishesInTheMiddleKeepsTheCommandFromRunning()
+{
+    // One that was just made is looked at for some time: long enough to take it away.
+    for (int round = 0; round < 10; ++round) {
+        QVERIFY(writeFile(kHandOverFile, ""));
+        std::atomic<bool> isOver(false);
+        std::thread task([&isOver] {
+            carryOut("reboot");
+            isOver = true;
+        });
+        while (!isOver && !isOpen(kHandOverFile)) { }
+        ::unlink(kHandOverFile);
+        task.join();
+    }
+    QTest::qWait(kSettleMs);
+    QCOMPARE(startedCommands(), QStringList());
 }
 
 void HandOverFileTest::fileThatIsExchangedMeanwhileIsLeftAlone()
