@@ -243,6 +243,9 @@ void Trace::add(TraceEvent const& event, bool wasAnnounced)
 
 void Trace::keepApplied(TraceEvent const& event)
 {
+    // What the command runs itself, to see whether the key is hidden, say, is not applied.
+    if (!tState.open.empty())
+        return;
     std::lock_guard<std::mutex> const guard(mMutex);
     QMap<int, QList<TraceEvent>>::iterator const events = mApplied.find(event.command);
     if (events != mApplied.end())
