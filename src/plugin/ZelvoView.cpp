@@ -100,7 +100,7 @@ void commitAlone(IConfigEntry& entry)
     entry.commit();
 }
 
-/// Deletes the pool of an apply request when that has ended.
+/// Waits for the end of an apply request and deletes its pool; null: it has gone already.
 void deleteWithItsThread(QThreadPool* pool)
 {
     if (!pool)
