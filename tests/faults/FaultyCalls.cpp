@@ -241,7 +241,7 @@ int faultyUnlink(char const* path) __asm__("unlink");
 int faultyRename(char const* from, char const* to) __asm__("rename");
 int faultyLinkat(int from, char const* path, int to, char const* newPath,
                  int flags) __asm__("linkat");
-int faultyMkstemp(char* name) __asm__("mkstemp");
+int faultyMkostemp(char* name, int flags) __asm__("mkostemp");
 int faultySemget(int key, int count, int flags) __asm__("semget");
 int faultySemop(int set, void* operations, size_t count) __asm__("semop");
 }
@@ -385,10 +385,10 @@ int faultyLinkat(int from, char const* path, int to, char const* newPath, int fl
                     [=] { return system(from, path, to, newPath, flags); });
 }
 
-int faultyMkstemp(char* name)
+int faultyMkostemp(char* name, int flags)
 {
-    static auto const system = ofSystem<int (*)(char*)>("mkstemp");
-    return carryOut("mkstemp", isNamed("mkstemp"), [=] { return system(name); });
+    static auto const system = ofSystem<int (*)(char*, int)>("mkostemp");
+    return carryOut("mkostemp", isNamed("mkostemp"), [=] { return system(name, flags); });
 }
 
 int faultySemget(int key, int count, int flags)

@@ -9,6 +9,7 @@
 #include <QFile>
 #include <QStringList>
 
+#include <fcntl.h>
 #include <stdlib.h>
 #include <unistd.h>
 
@@ -21,7 +22,8 @@ namespace {
 QString createRequestFile()
 {
     char name[] = "/tmp/wlox-zelvo-view-XXXXXX";
-    int const descriptor = ::mkstemp(name);
+    // A script that another thread starts at this moment must not get it.
+    int const descriptor = ::mkostemp(name, O_CLOEXEC);
     if (descriptor < 0)
         return QString();
     ::close(descriptor);
