@@ -2,6 +2,7 @@
 
 #include "actions/default/Wrapper.h"
 #include "common/RegistryVocabulary.h"
+#include "common/Text.h"
 #include "common/UuidComponents.h"
 #include "doctor/EmptyValue.h"
 #include "doctor/EnvironmentLines.h"

@@ -139,6 +139,8 @@ char const* endingWord(WrapperRun::Ending ending)
         return "signal";
     case WrapperRun::NotStarted:
         return "not started";
+    case WrapperRun::EnvironmentTooLong:
+        return "environment too long";
     case WrapperRun::TimedOut:
         break;
     }

@@ -163,12 +163,3 @@ bool readScript(QString const& path, QByteArray& content)
     content = file.read(kLongestScript);
     return true;
 }
-
-bool isSplitByCommandLine(QString const& path)
-{
-    for (QChar const c : path) {
-        if (c.isSpace() || c == QLatin1Char('"'))
-            return true;
-    }
-    return false;
-}

@@ -16,6 +16,3 @@ QList<Problem> problemsOfScript(QString const& path, ScriptEnvironment environme
 
 /// Reads what a script holds, as much of it as is looked at; false when it cannot be read.
 bool readScript(QString const& path, QByteArray& content);
-
-/// Whether the words of a command line would not give the path back.
-bool isSplitByCommandLine(QString const& path);

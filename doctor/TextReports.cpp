@@ -136,6 +136,8 @@ QString endingWords(WrapperRun const& run)
         return QLatin1String("ended by a signal");
     case WrapperRun::NotStarted:
         return QLatin1String("did not start, which counts as success");
+    case WrapperRun::EnvironmentTooLong:
+        return QLatin1String("did not start, its environment is too long, which counts as failure");
     case WrapperRun::TimedOut:
         break;
     }

@@ -1,12 +1,11 @@
 #include "common/DetachedProgram.h"
 
-#include <QByteArray>
+#include "common/ProgramTexts.h"
+
 #include <QFile>
-#include <QList>
 
 #include <cerrno>
 #include <cstdlib>
-#include <vector>
 
 #include <signal.h>
 #include <sys/wait.h>
@@ -45,16 +44,12 @@ bool startDetachedProgram(QStringList const& words)
 {
     if (words.isEmpty())
         return false;
-    QList<QByteArray> encoded;
+    ProgramTexts arguments;
     for (QString const& word : words)
-        encoded.append(QFile::encodeName(word));
-    std::vector<char*> arguments;
-    for (QByteArray& word : encoded)
-        arguments.push_back(word.data());
-    arguments.push_back(nullptr);
+        arguments.append(QFile::encodeName(word));
 
     pid_t const parent = ::fork();
     if (parent == 0)
-        startAndEnd(arguments.data());
+        startAndEnd(arguments.pointers());
     return parent > 0 && succeeds(parent);
 }

@@ -5,6 +5,15 @@ QString emptyText()
     return QString::fromLatin1("");
 }
 
+bool isSplitByCommandLine(QString const& path)
+{
+    for (QChar const c : path) {
+        if (c.isSpace() || c == QLatin1Char('"'))
+            return true;
+    }
+    return false;
+}
+
 QString latin1UpToNul(QByteArray const& bytes)
 {
     int const nul = bytes.indexOf('\0');

@@ -15,6 +15,8 @@ QLatin1String nameOf(WrapperRun::Ending ending)
         return QLatin1String("signal");
     case WrapperRun::NotStarted:
         return QLatin1String("not started");
+    case WrapperRun::EnvironmentTooLong:
+        return QLatin1String("environment too long");
     case WrapperRun::TimedOut:
         return QLatin1String("timed out");
     case WrapperRun::Exited:

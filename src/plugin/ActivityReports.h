@@ -23,9 +23,9 @@
 ///     void lastCommandIsSettled(QString request, QString command, QString outcome, QString file)
 ///     void busCallHasEnded(QString path, QString member, QString error, int milliseconds)
 ///
-/// `ending` is "exited", "signal", "not started" or "timed out". `request` is the key that the host
-/// has given to the apply, `outcome` "started", "not started", "handed over" or "not handed over",
-/// `file` the hand-over file in the last two cases; see LastCommandObserver.
+/// `ending` is "exited", "signal", "not started", "environment too long" or "timed out". `request` is
+/// the key that the host has given to the apply, `outcome` "started", "not started", "handed over" or
+/// "not handed over", `file` the hand-over file in the last two cases; see LastCommandObserver.
 class ActivityReports : public QObject,
                         public WrapperObserver,
                         public LastCommandObserver,

@@ -15,6 +15,7 @@
 #include <vector>
 
 #include <stdlib.h>
+#include <unistd.h>
 
 namespace {
 
@@ -53,6 +54,48 @@ Unstartable const kUnstartables[] = {
     {"bad interpreter", "#!/nonexistent/interpreter\n", true},
     {"directory above the interpreter is a file", "#!/etc/passwd/sh\n", true},
 };
+
+/// An action whose script gets some more variables.
+template <typename Action> class EnlargedAction : public Action
+{
+public:
+    explicit EnlargedAction(QStringList const& lines)
+        : mLines(lines)
+    {
+    }
+
+    QStringList processEnvironment(IConfigEntry const&) override
+    {
+        return QProcess::systemEnvironment() + mLines;
+    }
+
+private:
+    QStringList mLines;
+};
+
+IConfigAction* enlargedAction(int index, QStringList const& lines)
+{
+    switch (index) {
+    case Value:
+        return new EnlargedAction<DefaultValueAction>(lines);
+    case SetValue:
+        return new EnlargedAction<DefaultSetValueAction>(lines);
+    default:
+        return new EnlargedAction<DefaultCommitAction>(lines);
+    }
+}
+
+/// The longest variable that the system gives to a program, its name and "=" included.
+int longestVariable()
+{
+    int const pages = 32;
+    return pages * int(::sysconf(_SC_PAGESIZE)) - 1;
+}
+
+QString variable(char const* name, int length)
+{
+    return QString("%1=").arg(QString(name)).leftJustified(length, 'x');
+}
 
 class ExtraVariableAction : public DefaultValueAction
 {
@@ -97,6 +140,12 @@ private slots:
     void scriptThatCannotBeStartedSucceeds_data();
     void scriptThatCannotBeStartedSucceeds();
     void directoryInPlaceOfAScriptSucceeds();
+    void scriptWithTooLongAnEnvironmentFails_data();
+    void scriptWithTooLongAnEnvironmentFails();
+    void scriptThatInheritsTooLongAnEnvironmentFails_data();
+    void scriptThatInheritsTooLongAnEnvironmentFails();
+    void scriptWithoutAnInterpreterIsRunByTheShellIfItInherits_data();
+    void scriptWithoutAnInterpreterIsRunByTheShellIfItInherits();
 
     void valueIsTheWholeOutput_data();
     void valueIsTheWholeOutput();
@@ -132,6 +181,8 @@ private slots:
     void blankInThePath();
     void nothingIsLeftBehind_data();
     void nothingIsLeftBehind();
+    void startsThatFailLeaveNoChild_data();
+    void startsThatFailLeaveNoChild();
     void oneInstanceServesSeveralThreads();
 
 private:
@@ -333,6 +384,92 @@ void DefaultActionsTest::directoryInPlaceOfAScriptSucceeds()
     QVariant data;
     QVERIFY(execute(Value, data));
     QCOMPARE(data.toString(), QString(""));
+}
+
+void DefaultActionsTest::scriptWithTooLongAnEnvironmentFails_data()
+{
+    QTest::addColumn<int>("index");
+    QTest::addColumn<QStringList>("lines");
+    QTest::addColumn<bool>("isTooLong");
+
+    int const longest = longestVariable();
+    QStringList many;
+    for (int i = 0; i < 100; ++i)
+        many << variable(("MANY" + QByteArray::number(i)).constData(), longest);
+    int const indexes[] = {Value, SetValue, Commit};
+    for (int const index : indexes) {
+        QByteArray const name = kActions[index].name;
+        QTest::newRow((name + ", the longest variable").constData())
+            << index << QStringList(variable("LONG", longest)) << false;
+        QTest::newRow((name + ", one byte longer").constData())
+            << index << QStringList(variable("LONG", longest + 1)) << true;
+        QTest::newRow((name + ", many variables").constData()) << index << many << true;
+    }
+}
+
+void DefaultActionsTest::scriptWithTooLongAnEnvironmentFails()
+{
+    QFETCH(int, index);
+    QFETCH(QStringList, lines);
+    QFETCH(bool, isTooLong);
+
+    mWrappers->addScript(kKey, kActions[index].script, "touch ran");
+    QScopedPointer<IConfigAction> const action(enlargedAction(index, lines));
+    QVariant data(QString("before"));
+    QCOMPARE(action->execute(*mEntry, data), !isTooLong);
+    QCOMPARE(mWrappers->exists(kKey, "ran"), !isTooLong);
+    if (isTooLong)
+        QCOMPARE(data, QVariant(QString("before")));
+}
+
+void DefaultActionsTest::scriptThatInheritsTooLongAnEnvironmentFails_data()
+{
+    addActionRows();
+}
+
+void DefaultActionsTest::scriptThatInheritsTooLongAnEnvironmentFails()
+{
+    QFETCH(int, index);
+
+    mWrappers->addScript(kKey, kActions[index].script, "touch ran");
+    qputenv("ZELVO_TEST", QByteArray(longestVariable(), 'x'));
+    QVariant data(QString("before"));
+    bool const isDone = execute(index, data);
+    ::unsetenv("ZELVO_TEST");
+    bool const answersAnyway = index == IsVisible || index == Del;
+    QCOMPARE(isDone, answersAnyway);
+    QCOMPARE(data, index == IsVisible ? QVariant(false) : QVariant(QString("before")));
+    QVERIFY(!mWrappers->exists(kKey, "ran"));
+}
+
+void DefaultActionsTest::scriptWithoutAnInterpreterIsRunByTheShellIfItInherits_data()
+{
+    QTest::addColumn<int>("index");
+    QTest::addColumn<bool>("isRun");
+
+    QTest::newRow("isVisible is run") << int(IsVisible) << true;
+    QTest::newRow("value is not started: empty") << int(Value) << false;
+    QTest::newRow("setValue is not started: empty") << int(SetValue) << false;
+    QTest::newRow("create is run") << int(Create) << true;
+    QTest::newRow("del is run") << int(Del) << true;
+    QTest::newRow("commit is not started: done") << int(Commit) << false;
+}
+
+void DefaultActionsTest::scriptWithoutAnInterpreterIsRunByTheShellIfItInherits()
+{
+    QFETCH(int, index);
+    QFETCH(bool, isRun);
+
+    Unstartable const kind = {"", "printf %s \"$0 $#\" >ran\nexit 1\n", true};
+    QString const script = addUnstartable(index, kind);
+    QVariant data(QString("before"));
+    bool const isDone = execute(index, data);
+    QCOMPARE(mWrappers->exists(kKey, "ran"), isRun);
+    if (isRun)
+        QCOMPARE(QFile::decodeName(read("ran")), script + " 0");
+    QCOMPARE(isDone, index != Create);
+    if (index == IsVisible)
+        QCOMPARE(data, QVariant(false));
 }
 
 void DefaultActionsTest::valueIsTheWholeOutput_data()
@@ -695,6 +832,29 @@ void DefaultActionsTest::nothingIsLeftBehind()
         QFile::remove(mWrappers->folder(kKey) + "/" + script);
         addUnstartable(index, kind);
         execute(index, data);
+    }
+    QCOMPARE(Footprint().newSince(before), QStringList());
+}
+
+void DefaultActionsTest::startsThatFailLeaveNoChild_data()
+{
+    QTest::addColumn<int>("index");
+
+    QTest::newRow("with the inherited environment") << int(IsVisible);
+    QTest::newRow("with an environment of its own") << int(Value);
+}
+
+void DefaultActionsTest::startsThatFailLeaveNoChild()
+{
+    QFETCH(int, index);
+
+    Footprint const before;
+    for (Unstartable const& kind : kUnstartables) {
+        QFile::remove(mWrappers->folder(kKey) + "/" + kActions[index].script);
+        addUnstartable(index, kind);
+        QVariant data(QString("value"));
+        for (int start = 0; start < 50; ++start)
+            QVERIFY(execute(index, data));
     }
     QCOMPARE(Footprint().newSince(before), QStringList());
 }

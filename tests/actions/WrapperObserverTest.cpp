@@ -30,6 +30,7 @@ private slots:
     void isToldOfTheEnd_data();
     void isToldOfTheEnd();
     void isToldOfAScriptThatDoesNotStart();
+    void isToldOfAnEnvironmentThatIsTooLong();
     void isToldOfOutputWithoutTakingIt();
     void isToldNothingOnceItIsTakenAway();
     void leavesQueuedScriptsAsTheyAre();
@@ -86,6 +87,18 @@ void WrapperObserverTest::isToldOfAScriptThatDoesNotStart()
     QCOMPARE(list.runs.size(), 1);
     QCOMPARE(int(list.runs.first().ending), int(WrapperRun::NotStarted));
     QVERIFY(list.runs.first().isSuccess());
+}
+
+void WrapperObserverTest::isToldOfAnEnvironmentThatIsTooLong()
+{
+    TestWrappers const wrappers;
+    RunList const list;
+    Wrapper wrapper(wrappers.addScript("key", "get.sh", "exit 0"));
+    wrapper.setEnvironment(QStringList("LABEL=" + QString(1 << 20, 'x')));
+    QVERIFY(!wrapper.run());
+    QCOMPARE(list.runs.size(), 1);
+    QCOMPARE(int(list.runs.first().ending), int(WrapperRun::EnvironmentTooLong));
+    QVERIFY(!list.runs.first().isSuccess());
 }
 
 void WrapperObserverTest::isToldOfOutputWithoutTakingIt()

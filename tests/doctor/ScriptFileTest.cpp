@@ -1,6 +1,7 @@
 #include "doctor/ScriptFile.h"
 
 #include "actions/default/Wrapper.h"
+#include "common/Text.h"
 #include "support/TestDirectory.h"
 
 #include <QDir>
@@ -11,13 +12,8 @@
 #include <initializer_list>
 
 #include <sys/stat.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 namespace {
-
-// No script here exits with it.
-int const kNotStarted = 99;
 
 /// How the plugin's runner sees the script end.
 class LastRun : public WrapperObserver
@@ -41,27 +37,12 @@ private:
     Q_DISABLE_COPY(LastRun)
 };
 
-/// Whether the C library starts a program that inherits the environment.
-bool isStartedByLibrary(QString const& script)
-{
-    QByteArray const path = QFile::encodeName(script);
-    pid_t const child = ::fork();
-    if (child == 0) {
-        ::execlp(path.constData(), path.constData(), static_cast<char*>(nullptr));
-        ::_exit(kNotStarted);
-    }
-    int status = 0;
-    return ::waitpid(child, &status, 0) == child
-        && !(WIFEXITED(status) && WEXITSTATUS(status) == kNotStarted);
-}
-
 bool starts(QString const& script, ScriptEnvironment environment)
 {
-    if (environment == InheritedEnvironment)
-        return isStartedByLibrary(script);
     LastRun const last;
     Wrapper wrapper(script);
-    wrapper.setEnvironment(QProcess::systemEnvironment());
+    if (environment == OwnEnvironment)
+        wrapper.setEnvironment(QProcess::systemEnvironment());
     static_cast<void>(wrapper.run());
     return last.wasStarted;
 }

@@ -81,6 +81,7 @@ private slots:
     void runOfAScriptIsTold_data();
     void runOfAScriptIsTold();
     void scriptThatCannotStartIsTold();
+    void scriptWithTooLongAnEnvironmentIsTold();
     void applyScriptRunsUnderTheRequestThatQueuedIt();
     void errorOutputIsToldBeforeTheRun();
     void lastCommandIsToldBeforeTheEnd_data();
@@ -128,6 +129,19 @@ void ActivityReportsTest::scriptThatCannotStartIsTold()
     scene.wrappers.addFile("zelvo-view/radio/ssid", "get.sh", "#!/bin/sh\n");
     QCOMPARE(scene.get(scene.at("radio/ssid")), 0);
     QCOMPARE(listener.told(), QStringList("get.sh: not started, success, 0 bytes"));
+}
+
+void ActivityReportsTest::scriptWithTooLongAnEnvironmentIsTold()
+{
+    Listener listener;
+    PluginScene scene(kRoot);
+    listen(scene, listener);
+    scene.wrappers.addScript("zelvo-view/radio/ssid", "isVisible.sh", "exit 0");
+    qputenv("ZELVO_TEST", QByteArray(1 << 20, 'x'));
+    int const code = scene.get(scene.at("radio/ssid"));
+    ::unsetenv("ZELVO_TEST");
+    QCOMPARE(code, 1);
+    QCOMPARE(listener.told(), QStringList("isVisible.sh: environment too long, failure, 0 bytes"));
 }
 
 void ActivityReportsTest::applyScriptRunsUnderTheRequestThatQueuedIt()

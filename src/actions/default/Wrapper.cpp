@@ -3,6 +3,7 @@
 #include "actions/ActionKit.h"
 #include "actions/default/WrapperFolders.h"
 #include "common/QtCompat.h"
+#include "common/Text.h"
 #include "common/UuidComponents.h"
 #include "tree/IConfigEntry.h"
 
@@ -38,6 +39,7 @@ bool WrapperRun::isSuccess() const
     case Exited:
         return exitCode == 0;
     case EndedBySignal:
+    case EnvironmentTooLong:
         return false;
     case NotStarted:
     case TimedOut:
@@ -104,7 +106,10 @@ void Wrapper::setEnvironment(QStringList const& lines)
 bool Wrapper::run()
 {
     startClock();
-    QtCompat::startCommandLine(mProcess, mScript);
+    if (isSplitByCommandLine(mScript))
+        QtCompat::startCommandLine(mProcess, mScript);
+    else
+        mProcess.startScript(mScript, QStringList());
     return waitForSuccess();
 }
 
@@ -114,7 +119,7 @@ bool Wrapper::runWithValue(QString const& value)
     if (!writeValue(file, value))
         return false;
     startClock();
-    mProcess.start(mScript, QStringList() << file.fileName());
+    mProcess.startScript(mScript, QStringList() << file.fileName());
     return waitForSuccess();
 }
 
@@ -159,6 +164,8 @@ WrapperRun::Ending Wrapper::waitForEnd()
         static_cast<void>(mProcess.waitForFinished());
         return WrapperRun::TimedOut;
     }
+    if (mProcess.isEnvironmentTooLong())
+        return WrapperRun::EnvironmentTooLong;
     // The exit code of a program that never started differs between versions of Qt.
     if (mProcess.error() == QProcess::FailedToStart)
         return WrapperRun::NotStarted;
