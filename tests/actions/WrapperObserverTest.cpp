@@ -32,6 +32,7 @@ private slots:
     void isToldOfAScriptThatDoesNotStart();
     void isToldOfAnEnvironmentThatIsTooLong();
     void isToldOfOutputWithoutTakingIt();
+    void isToldTheEndOfALongErrorOutput();
     void isToldNothingOnceItIsTakenAway();
     void leavesQueuedScriptsAsTheyAre();
 };
@@ -112,6 +113,20 @@ void WrapperObserverTest::isToldOfOutputWithoutTakingIt()
     QCOMPARE(list.runs.first().outputBytes, qint64(4));
     QCOMPARE(list.runs.first().errorOutput, QByteArray("oops"));
     QCOMPARE(wrapper.output(), QString("four"));
+}
+
+void WrapperObserverTest::isToldTheEndOfALongErrorOutput()
+{
+    TestWrappers const wrappers;
+    RunList const list;
+    QVERIFY(Wrapper(wrappers.addScript("key", "get.sh",
+                                       "exec >&2; printf begin; yes | head -c 1000000; printf end"))
+                .run());
+    QCOMPARE(list.runs.size(), 1);
+    QByteArray const told = list.runs.first().errorOutput;
+    QCOMPARE(told.size(), 64 * 1024);
+    QVERIFY(told.startsWith("y\n") || told.startsWith("\ny"));
+    QVERIFY(told.endsWith("y\nend"));
 }
 
 void WrapperObserverTest::isToldNothingOnceItIsTakenAway()

@@ -117,12 +117,17 @@ private slots:
     void memoryOfALongValueIsGivenBack();
     void hundredMebibytesToNobodyAreNotKept_data();
     void hundredMebibytesToNobodyAreNotKept();
+    void hundredMebibytesOfErrorsAreNotKeptForAListener_data();
+    void hundredMebibytesOfErrorsAreNotKeptForAListener();
     void outputWithoutEndIsAFailure_data();
     void outputWithoutEndIsAFailure();
 
 private:
     /// Runs the request of a script that waits half way until `change` is done.
     QStringList runWhile(int kind, std::function<void()> const& change);
+
+    /// That nothing is kept of what a script writes to a channel that nobody reads.
+    void checkNothingIsKept(int kind, QByteArray const& channel);
 
     QScopedPointer<ScriptRequests> mRequests;
     QScopedPointer<Footprint> mBefore;
@@ -396,6 +401,28 @@ void ScriptFaultsTest::hundredMebibytesToNobodyAreNotKept()
     QFETCH(int, kind);
     QFETCH(QByteArray, channel);
 
+    checkNothingIsKept(kind, channel);
+}
+
+void ScriptFaultsTest::hundredMebibytesOfErrorsAreNotKeptForAListener_data()
+{
+    addKindRows();
+}
+
+void ScriptFaultsTest::hundredMebibytesOfErrorsAreNotKeptForAListener()
+{
+    QFETCH(int, kind);
+
+    QObject listener;
+    PluginScene& scene = mRequests->scene;
+    scene.plugin->setProperty("activityListener", QVariant::fromValue(&listener));
+    scene.load(scene.defaults, scene.baseDir());
+    checkNothingIsKept(kind, ">&2");
+    mRequests.reset();
+}
+
+void ScriptFaultsTest::checkNothingIsKept(int kind, QByteArray const& channel)
+{
     QStringList const succeeding = mRequests->runSucceeding(kind);
     mRequests->addScript(kind,
                          ScriptRequests::asking(kind) + "{ " + kPrintHundredMebi + "; }" + channel);

@@ -20,6 +20,7 @@ ScriptProcess::ScriptProcess()
     if (shared != MAP_FAILED)
         mStartError = static_cast<int*>(shared);
     connect(this, SIGNAL(readyReadStandardOutput()), SLOT(limitOutput()));
+    connect(this, SIGNAL(readyReadStandardError()), SLOT(limitErrorOutput()));
     connect(this, SIGNAL(error(QProcess::ProcessError)),
             SLOT(waitForChild(QProcess::ProcessError)));
 }
@@ -44,6 +45,12 @@ void ScriptProcess::startScript(QString const& script, QStringList const& argume
 bool ScriptProcess::isEnvironmentTooLong() const
 {
     return error() == FailedToStart && mStartError && *mStartError == E2BIG;
+}
+
+QByteArray ScriptProcess::errorOutput()
+{
+    limitErrorOutput();
+    return mErrorOutput;
 }
 
 void ScriptProcess::killGroup()
@@ -75,6 +82,12 @@ void ScriptProcess::limitOutput()
 {
     if (bytesAvailable() > kLongestScriptOutput)
         killGroup();
+}
+
+void ScriptProcess::limitErrorOutput()
+{
+    mErrorOutput += readAllStandardError();
+    mErrorOutput = mErrorOutput.right(kLongestErrorOutput);
 }
 
 // The toolkit reaps it right after this. Qt 4 looks only once whether it has ended by then, and

@@ -179,6 +179,6 @@ void Wrapper::tellObserver(WrapperRun& run)
         = std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - mStart);
     run.milliseconds = static_cast<int>(duration.count());
     run.outputBytes = mProcess.bytesAvailable();
-    run.errorOutput = mProcess.readAllStandardError();
+    run.errorOutput = mProcess.errorOutput();
     smObserver->scriptHasRun(run);
 }

@@ -33,7 +33,7 @@ struct WrapperRun
     /// What it wrote to its standard output, where that is kept.
     qint64 outputBytes;
 
-    /// What it wrote to its standard error, which nobody else reads.
+    /// The end of what it wrote to its standard error, which nobody else reads: 64 KiB at most.
     QByteArray errorOutput;
 };
 
