@@ -71,7 +71,7 @@ bool ChildList::remove(IConfigEntry* entry)
         return false;
     mEntries[place->position] = nullptr;
     ++mGaps;
-    mIndex->byName.remove(place->name, entry);
+    mIndex->byName.erase(mIndex->byName.find(place->name, entry));
     mIndex->places.erase(place);
     if (mGaps > mEntries.size() / 2)
         closeGaps();
@@ -85,7 +85,7 @@ void ChildList::renamed(IConfigEntry* entry)
     QHash<IConfigEntry const*, Place>::iterator const place = mIndex->places.find(entry);
     if (place == mIndex->places.end())
         return;
-    mIndex->byName.remove(place->name, entry);
+    mIndex->byName.erase(mIndex->byName.find(place->name, entry));
     place->name = entry->name();
     mIndex->byName.insert(place->name, entry);
 }
