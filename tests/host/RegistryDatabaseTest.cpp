@@ -2,6 +2,8 @@
 #include "support/DiskSyncs.h"
 #include "support/TestDirectory.h"
 
+#include <initializer_list>
+
 #include <signal.h>
 #include <sqlite3.h>
 #include <sys/wait.h>

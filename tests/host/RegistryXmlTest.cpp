@@ -1,6 +1,8 @@
 #include "host/OpenRegistry.h"
 #include "support/TestDirectory.h"
 
+#include <initializer_list>
+
 class RegistryXmlTest : public QObject
 {
     Q_OBJECT

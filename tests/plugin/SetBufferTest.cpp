@@ -8,6 +8,7 @@
 #include <QtTest>
 
 #include <algorithm>
+#include <initializer_list>
 
 namespace {
 

@@ -10,6 +10,7 @@
 
 #include <cstddef>
 #include <cstring>
+#include <initializer_list>
 
 #include <link.h>
 
