@@ -169,6 +169,8 @@ bool PathWatch::isExpected(QString const& path, QString const& baseDir)
 {
     static QRegExp const fixed(QLatin1String(
         "/etc/NetworkManager/system-connections(/[A-Za-z-]*|/\\.zelvo-view-[A-Za-z0-9]{6})?"
+        // Qt 4.6 looks at these too when it lists a directory.
+        "|/etc/NetworkManager/system-connections/\\.\\.?"
         "|/etc/wlox-display-prefs/prefs\\.conf"
         "|/tmp/last-apply-command|/tmp/\\.wireless-disabled"
         "|/tmp/wlox-zelvo-view-[A-Za-z0-9]{6}"
