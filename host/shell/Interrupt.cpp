@@ -8,6 +8,7 @@
 #include <cerrno>
 #include <thread>
 
+#include <fcntl.h>
 #include <poll.h>
 #include <signal.h>
 #include <unistd.h>
@@ -75,7 +76,7 @@ void serveInterrupts()
 
 void catchInterrupts()
 {
-    if (pipe(sPipe) != 0)
+    if (::pipe2(sPipe, O_CLOEXEC) != 0)
         return;
     std::thread(serveInterrupts).detach();
     struct sigaction action = {};
