@@ -8,6 +8,7 @@
 #include <QFile>
 #include <QMap>
 #include <QThreadPool>
+#include <QTimer>
 
 #include <cstdlib>
 
@@ -19,6 +20,7 @@ int const kMostSessions = 20;
 // An apply with scripts keeps a thread, and the scripts take turns with everything else.
 int const kMostApplies = 4;
 int const kLimitMs = 60000;
+int const kLookMs = 10;
 
 int const kValueCount = 4;
 
@@ -355,6 +357,9 @@ void Load::waitForApplies(int mostLeft)
 {
     QElapsedTimer timer;
     timer.start();
+    // Without GLib the toolkit serves the last event that there is and then waits for another.
+    QTimer look;
+    look.start(kLookMs);
     // The plugin has a pool for each.
     while (mPlugin->findChildren<QThreadPool*>().size() > mostLeft) {
         if (timer.elapsed() > kLimitMs)
