@@ -7,14 +7,13 @@ set(plugin_dir "${CMAKE_INSTALL_LIBDIR}/vantora/plugins")
 set(data_dir "${CMAKE_INSTALL_DATADIR}/zelvo-view")
 
 # Outside of the system's own folders the two libraries are found from where their users lie.
-set(programs vantora-shell)
-if(TARGET zelvo-view-doctor)
-    list(APPEND programs zelvo-view-doctor)
-endif()
+set(programs vantora-shell zelvo-view-doctor)
 if(NOT CMAKE_INSTALL_PREFIX STREQUAL "/usr")
-    file(RELATIVE_PATH lib_dir "${CMAKE_INSTALL_FULL_BINDIR}" "${CMAKE_INSTALL_FULL_LIBDIR}")
-    set_target_properties(${programs} PROPERTIES INSTALL_RPATH "\$ORIGIN/${lib_dir}")
     set_target_properties(zelvo-view PROPERTIES INSTALL_RPATH "\$ORIGIN/../..")
+    if(NOT ZELVO_PLUGIN_ONLY)
+        file(RELATIVE_PATH lib_dir "${CMAKE_INSTALL_FULL_BINDIR}" "${CMAKE_INSTALL_FULL_LIBDIR}")
+        set_target_properties(${programs} PROPERTIES INSTALL_RPATH "\$ORIGIN/${lib_dir}")
+    endif()
 endif()
 
 # The plugin, its keys, and scripts to start from.
@@ -23,6 +22,10 @@ install(FILES share/defaults/view.xml DESTINATION "${data_dir}/defaults" COMPONE
 install(DIRECTORY examples DESTINATION "${data_dir}" COMPONENT plugin USE_SOURCE_PERMISSIONS)
 install(FILES README.md DESTINATION "${CMAKE_INSTALL_DOCDIR}" COMPONENT plugin)
 install(DIRECTORY docs DESTINATION "${CMAKE_INSTALL_DOCDIR}" COMPONENT plugin)
+
+if(ZELVO_PLUGIN_ONLY)
+    return()
+endif()
 
 # The stand-in host: libraries, programs, the platform's keys, the world.
 install(TARGETS vantora-headers vantora vantoraclient

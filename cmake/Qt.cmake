@@ -3,16 +3,21 @@ add_library(zelvo-qt INTERFACE)
 add_library(zelvo-qt-test INTERFACE)
 
 if(ZELVO_QT EQUAL 4)
+    # The platform has 4.6, which the plugin makes do with and all else does not.
+    set(oldest 4.8)
+    if(ZELVO_PLUGIN_ONLY)
+        set(oldest 4.6)
+    endif()
     set(components QtCore QtDBus)
     if(ZELVO_BUILD_TESTS)
         list(APPEND components QtTest)
     endif()
-    find_package(Qt4 4.8 REQUIRED ${components})
+    find_package(Qt4 ${oldest} REQUIRED ${components})
     set(ZELVO_QT_CORE Qt4::QtCore)
     set(ZELVO_QT_DBUS Qt4::QtDBus)
     set(ZELVO_QT_TEST Qt4::QtTest)
     # For those who compile with what is installed.
-    set(ZELVO_QT_DEPENDENCY "find_dependency(Qt4 4.8 COMPONENTS QtCore)")
+    set(ZELVO_QT_DEPENDENCY "find_dependency(Qt4 ${oldest} COMPONENTS QtCore)")
     set(ZELVO_QT_PKGCONFIG QtCore)
     set(ZELVO_QT_PACKAGE libqt4-dev)
     # Qt 4's moc trips over the macros of current system headers.
