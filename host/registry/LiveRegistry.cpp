@@ -64,7 +64,6 @@ _RegEntryChange changeKind(PendingChange::Kind kind)
 
 LiveRegistry::LiveRegistry(DefaultSettings const& defaults)
     : mDefaults(defaults)
-    , mLive(new LiveTree)
     , mLastOrdinal(0)
     , mOpenCommits(0)
 {
@@ -80,19 +79,13 @@ bool LiveRegistry::open(QString const& databaseFile, QString& error)
     LiveChanges contents;
     if (!store->open(databaseFile, contents, error))
         return false;
-    load(contents);
-    mStore.swap(store);
-    return true;
-}
-
-void LiveRegistry::load(LiveChanges const& contents)
-{
-    mLive.reset(new LiveTree);
-    for (LiveChange const& change : contents) {
+    for (LiveChange const& change : static_cast<LiveChanges const&>(contents)) {
         mLastOrdinal = qMax(mLastOrdinal, change.ordinal);
         if (find(change.key).declaration)
-            mLive->apply(change);
+            mLive.apply(change);
     }
+    mStore.swap(store);
+    return true;
 }
 
 int LiveRegistry::set(QString const& key, QString const& value)
@@ -181,7 +174,7 @@ bool LiveRegistry::write(LiveChanges const& steps, QStringList const& settledKey
     if (!steps.isEmpty() && !store(steps))
         return false;
     for (LiveChange const& step : steps)
-        mLive->apply(step);
+        apply(step);
     for (QString const& key : settledKeys)
         mPending.drop(key);
     return true;
@@ -212,13 +205,25 @@ bool LiveRegistry::endCommits()
     // Taken out: a copy that is kept would make each later change copy all of them.
     PendingChanges before;
     std::swap(before, mPendingBefore);
+    QList<LiveChanges> undo;
+    undo.swap(mUndo);
     if (steps.isEmpty() || mStore->write(steps))
         return true;
     mPending.restore(before);
-    LiveChanges contents;
-    if (mStore->read(contents))
-        load(contents);
+    for (; !undo.isEmpty(); undo.removeLast()) {
+        for (LiveChange const& step : static_cast<LiveChanges const&>(undo.last()))
+            mLive.apply(step);
+    }
     return false;
+}
+
+void LiveRegistry::apply(LiveChange const& step)
+{
+    if (mOpenCommits > 0) {
+        LiveChange const removal = {LiveChange::RemoveDirectory, step.key, QString(), 0};
+        mUndo.append(LiveChanges() << removal << mLive.stored(step.key));
+    }
+    mLive.apply(step);
 }
 
 int LiveRegistry::rollback(QString const& key)
@@ -288,13 +293,13 @@ int LiveRegistry::exportXml(QString const& key, QStringList const& foreign, QByt
 {
     if (!find(key).exists)
         return kRefused;
-    data = RegistryXmlWriter(mDefaults.top(), mLive->top(), foreign).write(key);
+    data = RegistryXmlWriter(mDefaults.top(), mLive.top(), foreign).write(key);
     return kDone;
 }
 
 int LiveRegistry::importXml(QByteArray const& data, QStringList const& foreign)
 {
-    RegistryImport import(mDefaults.top(), mLive->top(), foreign, mLastOrdinal);
+    RegistryImport import(mDefaults.top(), mLive.top(), foreign, mLastOrdinal);
     QString reason;
     if (!readRegistryXml(data, import, reason)) {
         qWarning("import refused: %s", qPrintable(reason));
@@ -308,12 +313,12 @@ int LiveRegistry::importXml(QByteArray const& data, QStringList const& foreign)
 
 Place LiveRegistry::find(QString const& key) const
 {
-    return findPlace(mDefaults.top(), mLive->top(), key);
+    return findPlace(mDefaults.top(), mLive.top(), key);
 }
 
 bool LiveRegistry::isLiveSession(QString const& key) const
 {
-    LiveNode const* node = &mLive->top();
+    LiveNode const* node = &mLive.top();
     KeyPieces pieces(key);
     while (node && pieces.next())
         node = node->child(pieces.piece());

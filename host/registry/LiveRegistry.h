@@ -84,11 +84,11 @@ private:
     bool isBelowCreation(QString const& key, Place const& place) const;
     LiveChanges stepsFor(QStringList const& keys) const;
     bool store(LiveChanges const& steps);
-    void load(LiveChanges const& contents);
+    void apply(LiveChange const& step);
     bool write(LiveChanges const& steps, QStringList const& settledKeys);
 
     DefaultSettings const& mDefaults;
-    QScopedPointer<LiveTree> mLive;
+    LiveTree mLive;
     PendingChanges mPending;
     QScopedPointer<LiveStore> mStore;
     // Of the directories created so far, pending ones included.
@@ -96,5 +96,7 @@ private:
 
     int mOpenCommits;
     LiveChanges mUnwritten;
+    // What takes the unwritten steps back, by step.
+    QList<LiveChanges> mUndo;
     PendingChanges mPendingBefore;
 };

@@ -106,14 +106,10 @@ bool LiveStore::setUp(LiveChanges& contents)
     // The lock is taken with the first transaction and kept. What the file holds is read before its
     // journal is touched, so that a damaged file is not written to.
     return !mConnection.isReadOnly() && mConnection.execute("PRAGMA locking_mode = EXCLUSIVE")
-        && mConnection.execute("BEGIN EXCLUSIVE") && createTables() && read(contents)
-        && mConnection.execute("COMMIT") && mConnection.execute("PRAGMA journal_mode = WAL")
+        && mConnection.execute("BEGIN EXCLUSIVE") && createTables() && readDirectories(contents)
+        && readValues(contents) && mConnection.execute("COMMIT")
+        && mConnection.execute("PRAGMA journal_mode = WAL")
         && mConnection.execute("PRAGMA synchronous = FULL") && prepareStatements();
-}
-
-bool LiveStore::read(LiveChanges& contents)
-{
-    return readDirectories(contents) && readValues(contents);
 }
 
 bool LiveStore::createTables()

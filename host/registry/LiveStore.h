@@ -24,9 +24,6 @@ public:
     ///         it was.
     bool open(QString const& file, LiveChanges& contents, QString& error);
 
-    /// Adds to `contents` all that the open file holds. False when it cannot be read.
-    bool read(LiveChanges& contents);
-
     /// Writes the changes in one transaction: all of them or, on false, none.
     bool write(LiveChanges const& changes);
 

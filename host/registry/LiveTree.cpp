@@ -55,6 +55,19 @@ QString LiveNode::value() const
     return mValue;
 }
 
+void LiveNode::describe(QString const& key, LiveChanges& changes) const
+{
+    LiveChange const creation = {LiveChange::CreateDirectory, key, QString(), mOrdinal};
+    LiveChange const setting = {LiveChange::SetValue, key, mValue, 0};
+    if (isSession())
+        changes.append(creation);
+    if (mHasValue)
+        changes.append(setting);
+    QHash<QString, LiveNode*>::const_iterator child = mChildren.constBegin();
+    for (; child != mChildren.constEnd(); ++child)
+        child.value()->describe(childKey(key, child.key()), changes);
+}
+
 LiveTree::LiveTree()
 {
 }
@@ -73,6 +86,18 @@ void LiveTree::apply(LiveChange const& change)
         remove(change.key);
         break;
     }
+}
+
+LiveChanges LiveTree::stored(QString const& key) const
+{
+    LiveChanges changes;
+    LiveNode const* node = &mTop;
+    KeyPieces pieces(key);
+    while (node && pieces.next())
+        node = node->child(pieces.piece());
+    if (node)
+        node->describe(key, changes);
+    return changes;
 }
 
 LiveNode const& LiveTree::top() const

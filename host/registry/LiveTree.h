@@ -31,6 +31,9 @@ private:
     friend class LiveTree;
     Q_DISABLE_COPY(LiveNode)
 
+    /// Adds the changes that lead to this node, which stands at `key`, and to those under it.
+    void describe(QString const& key, LiveChanges& changes) const;
+
     QHash<QString, LiveNode*> mChildren;
     QString mValue;
     bool mHasValue;
@@ -47,6 +50,9 @@ public:
 
     /// Takes over one step of a commit.
     void apply(LiveChange const& change);
+
+    /// What is stored at and under `key`, as the changes that lead there.
+    LiveChanges stored(QString const& key) const;
 
     LiveNode const& top() const;
 
