@@ -40,16 +40,14 @@ ISettingClass::Action_t ConfigActions::currentAction() const
 
 QString ConfigActions::primaryProfilePath()
 {
-    QString labelInUse;
+    QString const labelInUse = label(kPrimaryProfile);
     QMap<QString, _RegNodeType> profiles;
-    if (!readPrimaryLabel(labelInUse)
-        || mBackend.get(kProfiles, profiles, REG_PARAM_VALUE, emptyText()) != 0)
-        return QString();
+    // What cannot be listed has no profile.
+    static_cast<void>(mBackend.get(kProfiles, profiles, REG_PARAM_VALUE, emptyText()));
 
     QStringList const paths = profiles.keys();
     for (QString const& path : paths) {
-        QString label;
-        if (read(path + kLabel, label) && label == labelInUse)
+        if (label(path + kLabel) == labelInUse)
             return path;
     }
     return QString();
@@ -82,6 +80,12 @@ bool ConfigActions::read(QString const& key, QString& out)
 bool ConfigActions::read(QString const& key, int& out)
 {
     return mBackend.get(key, out, REG_PARAM_VALUE, emptyText()) == 0;
+}
+
+QString ConfigActions::label(QString const& key)
+{
+    QString text;
+    return read(key, text) ? text : emptyText();
 }
 
 bool ConfigActions::write(QStringList const& keys, QStringList const& texts)

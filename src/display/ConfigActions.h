@@ -22,7 +22,8 @@ public:
     ISettingClass::Action_t currentAction() const;
 
     /// The registry path of the display profile in use: of those that bear the label that the
-    /// configuration names, the one whose path sorts first. Null when there is none.
+    /// configuration names, the one whose path sorts first. A label that cannot be read is an empty
+    /// one. Null when there is no such profile.
     QString primaryProfilePath();
 
     /// The registry path of a display profile, with "{UUID}" in place of which.
@@ -52,6 +53,9 @@ protected:
 
 private:
     Q_DISABLE_COPY(ConfigActions)
+
+    /// A text of the registry, or the empty one when it cannot be read.
+    QString label(QString const& key);
 
     void createPrimaryProfile();
 

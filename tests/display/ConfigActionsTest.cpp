@@ -41,10 +41,11 @@ private slots:
     void emptyLabelIsALabel();
     void noProfileOfTheLabel();
     void noProfileAtAll();
-    void unreadableLabelInUse();
+    void unreadableLabelInUseIsAnEmptyOne();
     void unreadableListing();
     void profileWithoutALabelIsPassedOver();
-    void unreadableLabelMatchesNothing();
+    void unreadableLabelOfAProfileIsAnEmptyOne();
+    void unreadableLabelsAreEqual();
 
     void keepsAProfileInUse();
     void createsAProfile();
@@ -119,11 +120,12 @@ void ConfigActionsTest::noProfileAtAll()
     QVERIFY(Actions(backend).primaryProfilePath().isNull());
 }
 
-void ConfigActionsTest::unreadableLabelInUse()
+void ConfigActionsTest::unreadableLabelInUseIsAnEmptyOne()
 {
     DisplayBackend backend;
-    backend.addProfile("{a}", "");
-    QVERIFY(Actions(backend).primaryProfilePath().isNull());
+    backend.addProfile("{a}", "Home");
+    backend.addProfile("{b}", "");
+    QCOMPARE(Actions(backend).primaryProfilePath(), profile("{b}"));
 }
 
 void ConfigActionsTest::unreadableListing()
@@ -144,12 +146,20 @@ void ConfigActionsTest::profileWithoutALabelIsPassedOver()
     QCOMPARE(Actions(backend).primaryProfilePath(), profile("{b}"));
 }
 
-void ConfigActionsTest::unreadableLabelMatchesNothing()
+void ConfigActionsTest::unreadableLabelOfAProfileIsAnEmptyOne()
+{
+    DisplayBackend backend;
+    backend.addProfile("{a}", "Home");
+    backend.addDirectory("root/Display/Profiles", QStringList("{b}/"));
+    backend.use("");
+    QCOMPARE(Actions(backend).primaryProfilePath(), profile("{b}"));
+}
+
+void ConfigActionsTest::unreadableLabelsAreEqual()
 {
     DisplayBackend backend;
     backend.addDirectory("root/Display/Profiles", QStringList("{a}/"));
-    backend.use("");
-    QVERIFY(Actions(backend).primaryProfilePath().isNull());
+    QCOMPARE(Actions(backend).primaryProfilePath(), profile("{a}"));
 }
 
 void ConfigActionsTest::keepsAProfileInUse()
@@ -203,7 +213,7 @@ void ConfigActionsTest::failedStepsOfCreation_data()
 
     // The results are not looked at: what counts is whether the profile is found afterwards.
     QTest::newRow("create answers a failure, yet the profile is there") << "create" << true;
-    QTest::newRow("set") << "set" << false;
+    QTest::newRow("set, so that neither has a label") << "set" << true;
     QTest::newRow("commit") << "commit" << false;
     QTest::newRow("get") << "get" << false;
 }
