@@ -48,12 +48,6 @@ bool isReadWhole(QStringList const& lines)
     return true;
 }
 
-bool isOneLine(QString const& text)
-{
-    return !text.contains(QLatin1Char('\n')) && !text.contains(QLatin1Char('\r'))
-        && !text.contains(QChar(0));
-}
-
 void checkGetters(NMConfFile const& connection)
 {
     fuzzCheck(!connection.ssid().isNull() && !connection.passphrase().isNull(),
@@ -101,11 +95,14 @@ void checkSettings(QList<QByteArray> const& settings)
               "a passphrase is read as it was set");
     connection.sync();
 
-    // What cannot stand in a line of a file is refused before it gets here; if it did, it would be
-    // cut or make lines of its own.
-    checkStable(isOneLine(passphrase) ? connection.toString() : secondPass());
     fuzzCheck(NMConfFile(fileName()).ssid() == connection.ssid(),
               "an SSID is read as it was written");
+    // What cannot stand in a line of a file is refused before it gets here; if it did, it would be
+    // cut or make lines of its own.
+    bool const readsBack = NMConfFile::readsBack(passphrase);
+    fuzzCheck(!readsBack || NMConfFile(fileName()).passphrase() == connection.passphrase(),
+              "a passphrase is read as it was written");
+    checkStable(readsBack ? connection.toString() : secondPass());
 }
 
 } // namespace

@@ -181,6 +181,13 @@ void NMConfFile::setPassphrase(QString const& passphrase)
         mGroups[SecurityGroup].insert(kPsk, passphrase);
 }
 
+bool NMConfFile::readsBack(QString const& value)
+{
+    // A carriage return would end the line for others.
+    return !value.contains(kEquals) && !value.contains(QLatin1Char('\n'))
+        && !value.contains(QLatin1Char('\r')) && latin1UpToNul(value.toLatin1().trimmed()) == value;
+}
+
 bool NMConfFile::isWirelessConfig() const
 {
     return text(ConnectionGroup, kType) == kWirelessType;

@@ -54,6 +54,10 @@ public:
     /// network has none, and there `passphrase` is dropped.
     void setPassphrase(QString const& passphrase);
 
+    /// Whether a line of the file can hold `value`: reading it gives what was written. Not so with a
+    /// "=", a line end or a NUL in it, with blanks at an end, or with characters outside Latin-1.
+    static bool readsBack(QString const& value);
+
     /// Whether the connection's type is that of a wireless one.
     bool isWirelessConfig() const;
 

@@ -25,13 +25,6 @@ NMConfFile* newConnection()
     return wireless_defaultNmConfig(QDir(kConnectionsDirectory));
 }
 
-/// Whether the text stays one line of a file. Another line would be read as a setting of its own.
-bool isOneLine(QString const& text)
-{
-    return !text.contains(QLatin1Char('\n')) && !text.contains(QLatin1Char('\r'))
-        && !text.contains(QChar(0));
-}
-
 } // namespace
 
 ValueAction::ValueAction()
@@ -88,7 +81,7 @@ bool CommitAction::write(QString const& setting, QString const& value)
         mConnection->setSsid(value);
     else if (setting == kSecurity)
         mConnection->setSecurity(value);
-    else if (setting == kPassphrase && isOneLine(value))
+    else if (setting == kPassphrase && NMConfFile::readsBack(value))
         mConnection->setPassphrase(value);
     else
         return false;

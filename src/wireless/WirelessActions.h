@@ -28,7 +28,7 @@ private:
 
 /// Writes "ssid", "security" or "passphrase" to the connection file, at once. A null value is
 /// nothing to write: true. False for any other name ("enable" is nothing that can be written) and
-/// for a passphrase that a keyfile cannot hold. Whether the file could be written is not known.
+/// for a passphrase that would not read back from the file. Whether the file could be written is not known.
 ///
 /// A change of type takes the passphrase in the file along, and an open network has none: a new
 /// type is to be committed before the passphrase that goes with it.

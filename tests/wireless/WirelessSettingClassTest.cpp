@@ -109,8 +109,10 @@ private slots:
     void nullValueIsNotWritten_data();
     void nullValueIsNotWritten();
     void committingTwiceKeepsThePassphrase();
-    void passphraseThatWouldForgeALineIsRefused_data();
-    void passphraseThatWouldForgeALineIsRefused();
+    void passphraseThatWouldNotReadBackIsRefused_data();
+    void passphraseThatWouldNotReadBackIsRefused();
+    void passphraseReadsBack_data();
+    void passphraseReadsBack();
     void fileThatCannotBeWrittenIsNotNoticed();
 
     void visibility_data();
@@ -485,17 +487,31 @@ void WirelessSettingClassTest::committingTwiceKeepsThePassphrase()
     QCOMPARE(key("passphrase").value(), QString("secret12"));
 }
 
-void WirelessSettingClassTest::passphraseThatWouldForgeALineIsRefused_data()
+void WirelessSettingClassTest::passphraseThatWouldNotReadBackIsRefused_data()
 {
     QTest::addColumn<QString>("passphrase");
 
-    QTest::newRow("line feed inside") << "secret12\n[ipv4]\nmethod=manual";
+    QTest::newRow("line feeds and =") << "secret12\n[ipv4]\nmethod=manual";
+    QTest::newRow("line feed inside") << "secret\n12";
     QTest::newRow("line feed at the end") << "secret12\n";
     QTest::newRow("carriage return") << "secret12\rx";
+    QTest::newRow("carriage return at the end") << "secret12\r";
     QTest::newRow("NUL") << QString("secret") + QChar(0) + "12";
+    QTest::newRow("NUL at the end") << QString("secret12") + QChar(0);
+    QTest::newRow("=") << "secret=12";
+    QTest::newRow("= at the start") << "=secret12";
+    QTest::newRow("= at the end") << "secret12=";
+    QTest::newRow("blank at the start") << " secret12";
+    QTest::newRow("blank at the end") << "secret12 ";
+    QTest::newRow("tab at the end") << "secret12\t";
+    QTest::newRow("form feed at the start") << "\fsecret12";
+    QTest::newRow("nothing but blanks") << "   ";
+    QTest::newRow("character outside Latin-1") << QString::fromUtf8("secret\xe2\x82\xac");
+    QTest::newRow("character just outside Latin-1") << QString("secret12") + QChar(0x100);
+    QTest::newRow("character of two code units") << QString::fromUtf8("secret\xf0\x9f\x94\x91");
 }
 
-void WirelessSettingClassTest::passphraseThatWouldForgeALineIsRefused()
+void WirelessSettingClassTest::passphraseThatWouldNotReadBackIsRefused()
 {
     QFETCH(QString, passphrase);
 
@@ -505,6 +521,36 @@ void WirelessSettingClassTest::passphraseThatWouldForgeALineIsRefused()
     writeConnection("home", kWpaFile);
     QVERIFY(!commit("passphrase", passphrase));
     QCOMPARE(readConnection("home"), QByteArray(kWpaFile));
+}
+
+void WirelessSettingClassTest::passphraseReadsBack_data()
+{
+    QTest::addColumn<QString>("passphrase");
+
+    QTest::newRow("empty") << "";
+    QTest::newRow("blank inside") << "correct horse";
+    QTest::newRow("what other files use as marks") << "#;[ipv4]\\\"'%1";
+    QTest::newRow("all of Latin-1 that is printed") << QString::fromLatin1("\xa1\xbf\xe9\xff");
+    QTest::newRow("no-break space at both ends") << QString::fromLatin1("\xa0secret12\xa0");
+    QTest::newRow("control character") << "secret\0012";
+}
+
+void WirelessSettingClassTest::passphraseReadsBack()
+{
+    QFETCH(QString, passphrase);
+    QStringList const types = QStringList() << "WPA Personal"
+                                            << "WEP";
+    for (QString const& type : types) {
+        writeConnection("home", kWpaFile);
+        QVERIFY(commit("security", type));
+
+        QVERIFY(commit("passphrase", passphrase));
+
+        QCOMPARE(key("passphrase").value(), passphrase);
+        // As it does when what was read is written again.
+        QVERIFY(commit("ssid", "Net1"));
+        QCOMPARE(key("passphrase").value(), passphrase);
+    }
 }
 
 void WirelessSettingClassTest::fileThatCannotBeWrittenIsNotNoticed()
