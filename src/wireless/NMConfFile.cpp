@@ -224,8 +224,11 @@ void NMConfFile::loadConfig()
 
     Group current = NoGroup;
     QList<QByteArray> const lines = mFile->readAll().split('\n');
-    for (QByteArray const& line : lines)
-        parseLine(latin1UpToNul(line.trimmed()), current);
+    for (int i = 0; i < lines.size(); ++i) {
+        QString const line = latin1UpToNul(lines.at(i).trimmed());
+        if (!parseLine(line, current))
+            warn(i + 1, line);
+    }
     mIsRead = mFile->error() == QFile::NoError;
 }
 
@@ -252,19 +255,29 @@ QString NMConfFile::text(Group group, QString const& key) const
 }
 
 /// @param current  the group that the line stands in; a header line changes it.
-void NMConfFile::parseLine(QString const& line, Group& current)
+/// @return false: what the line says is in no group and will be lost.
+bool NMConfFile::parseLine(QString const& line, Group& current)
 {
     if (line.startsWith(QLatin1Char('['))) {
         current = groupOfHeader(line);
     } else if (current == NoGroup) {
-        if (!line.isEmpty())
-            qWarning("unparsed line \"%s\"", line.toUtf8().constData());
+        return line.isEmpty();
     } else if (line.contains(kEquals)) {
         // The text behind the last "=" is the value, and blanks beside a "=" belong to what they
         // stand in: both are how these files have always been read here.
         mGroups[current].insert(line.left(line.indexOf(kEquals)),
                                 line.mid(line.lastIndexOf(kEquals) + 1));
     }
+    return true;
+}
+
+/// Says which line was not parsed, but not what it sets: that may be a password.
+void NMConfFile::warn(int number, QString const& line) const
+{
+    QString text = QString::fromLatin1("unparsed line %1 of %2").arg(number).arg(fileName());
+    if (line.contains(kEquals))
+        text += QLatin1String(": \"") + line.left(line.indexOf(kEquals)) + QLatin1Char('"');
+    qWarning("%s", text.toUtf8().constData());
 }
 
 /// What the secured types have in common, WEP's key index included: WPA connections carry it too.

@@ -90,7 +90,8 @@ private:
     static Group groupOfHeader(QString const& line);
 
     QString text(Group group, QString const& key) const;
-    void parseLine(QString const& line, Group& current);
+    bool parseLine(QString const& line, Group& current);
+    void warn(int number, QString const& line) const;
     void startSecurity(QString const& keyManagement);
     void setWepKey(QString const& key);
 

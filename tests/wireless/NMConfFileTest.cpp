@@ -290,18 +290,23 @@ void NMConfFileTest::warning_data()
     QTest::addColumn<QStringList>("warnings");
 
     QTest::newRow("key before any header") << QByteArray("key=value\n[connection]\na=b\n")
-                                           << QStringList("unparsed line \"key=value\"");
-    QTest::newRow("keys under an unknown header, one warning a line")
-        << QByteArray("[other]\na=b\nnonsense\n")
-        << (QStringList() << "unparsed line \"a=b\""
-                          << "unparsed line \"nonsense\"");
-    QTest::newRow("the line is given as it stands, trimmed")
-        << QByteArray("  say \"a\\b\" 100%s\t\n")
-        << QStringList("unparsed line \"say \"a\\b\" 100%s\"");
+                                           << QStringList("unparsed line 1 of FILE: \"key\"");
+    QTest::newRow("lines under an unknown header, one warning a line")
+        << QByteArray("\n[other]\npsk=secret12\n\nsecret12\n")
+        << (QStringList() << "unparsed line 3 of FILE: \"psk\""
+                          << "unparsed line 5 of FILE");
+    QTest::newRow("nothing behind the first =")
+        << QByteArray("psk=secret=12\n") << QStringList("unparsed line 1 of FILE: \"psk\"");
+    QTest::newRow("= at the start")
+        << QByteArray("=secret12\n") << QStringList("unparsed line 1 of FILE: \"\"");
+    QTest::newRow("what stands before the = is given as it stands, trimmed at the start")
+        << QByteArray("  say \"a\\b\" 100%s%1%2 =x\n")
+        << QStringList("unparsed line 1 of FILE: \"say \"a\\b\" 100%s%1%2 \"");
     QTest::newRow("comment before any header")
-        << QByteArray("# comment\n") << QStringList("unparsed line \"# comment\"");
-    QTest::newRow("Latin-1") << QByteArray("caf\xe9\n")
-                             << QStringList(QString::fromUtf8("unparsed line \"caf\xc3\xa9\""));
+        << QByteArray("# comment\n") << QStringList("unparsed line 1 of FILE");
+    QTest::newRow("key in Latin-1")
+        << QByteArray("caf\xe9=x\n")
+        << QStringList(QString::fromUtf8("unparsed line 1 of FILE: \"caf\xc3\xa9\""));
     QTest::newRow("empty lines without a word") << QByteArray("\n \n\t\r\n") << QStringList();
     QTest::newRow("unknown header without a word") << QByteArray("[other]\n") << QStringList();
     QTest::newRow("line without = in a group without a word")
@@ -330,6 +335,7 @@ void NMConfFileTest::editing_data()
     QByteArray const openText("\n\n\n[802-11-wireless]\nmtu=0\n\n");
     QString const longKey(26, 'a');
     QString const passphrase(27, 'a');
+    // FILE stands for the path.
 
     QTest::newRow("SSID") << openText << QStringList("ssid:Net1")
                           << QByteArray("\n\n\n[802-11-wireless]\nmtu=0\n"
@@ -357,6 +363,7 @@ void NMConfFileTest::editing_data()
                       "\n\n[802-11-wireless]\nmtu=0\nsecurity=802-11-wireless-security\n\n");
     QTest::newRow("WEP to WPA takes the passphrase along")
         << QByteArray(kWepText) << QStringList("security:WPA Personal") << QByteArray(kWpaText);
+    warnings.replaceInStrings("FILE", path);
     QTest::newRow("WEP to WPA2 is the same")
         << QByteArray(kWepText) << QStringList("security:WPA2 Personal") << QByteArray(kWpaText);
     QTest::newRow("WPA to WEP takes the passphrase along")
