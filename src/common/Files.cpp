@@ -30,6 +30,39 @@ bool rename(QString const& from, QString const& to)
         && std::rename(QFile::encodeName(from).constData(), QFile::encodeName(to).constData()) == 0;
 }
 
+enum Replacement { Replaced, NotReplaced, NotReplaceable };
+
+/// Why a file could not be made beside the one to be replaced, or not be renamed over it. That one
+/// may still be written itself when its directory may not be, or when it is a mount of its own.
+Replacement replacementAfter(int error)
+{
+    bool const isForbidden = error == EACCES || error == EPERM || error == EROFS;
+    return isForbidden || error == EBUSY || error == EXDEV ? NotReplaceable : NotReplaced;
+}
+
+Replacement replace(QString const& target, QByteArray const& content)
+{
+    QTemporaryFile file(QFileInfo(target).path() + QLatin1String(kTemporaryName));
+    if (!file.open())
+        return replacementAfter(errno);
+    if (!writeToDisk(file, content))
+        return NotReplaced;
+    if (!rename(file.fileName(), target))
+        return replacementAfter(errno);
+    file.setAutoRemove(false);
+    return Replaced;
+}
+
+bool rewrite(QString const& target, QByteArray const& content)
+{
+    QFile file(target);
+    if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate))
+        return false;
+    // Before the content is there. Of somebody else's file it is not ours to say who may read it.
+    static_cast<void>(file.setPermissions(QFile::ReadOwner | QFile::WriteOwner));
+    return writeToDisk(file, content);
+}
+
 } // namespace
 
 bool isMissing(QString const& path)
@@ -44,9 +77,8 @@ bool replaceFile(QString const& path, QByteArray const& content)
     if (info.exists() && !(info.isFile() && info.isWritable()))
         return false;
     QString const target = info.exists() ? info.canonicalFilePath() : path;
-    QTemporaryFile file(QFileInfo(target).path() + QLatin1String(kTemporaryName));
-    if (!file.open() || !writeToDisk(file, content) || !rename(file.fileName(), target))
-        return false;
-    file.setAutoRemove(false);
-    return true;
+    Replacement const replacement = replace(target, content);
+    if (replacement == NotReplaceable && info.exists())
+        return rewrite(target, content);
+    return replacement == Replaced;
 }

@@ -65,9 +65,8 @@ public:
     /// line before each group whether it has keys or not.
     QString toString() const;
 
-    /// Puts toString() as Latin-1 in place of what the file holds, all of it or, on a failure,
-    /// nothing; a file that could not be read stays as it is. It is then readable and writable by
-    /// its owner only.
+    /// Puts toString() as Latin-1 in place of what the file holds, as replaceFile() does; a file that
+    /// could not be read stays as it is. It is then readable and writable by its owner only.
     void sync();
 
     /// Adds what the file holds to the groups: a key read replaces one of the same name, other keys

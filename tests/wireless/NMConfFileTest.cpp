@@ -6,6 +6,7 @@
 #include "wireless/WarningRecorder.h"
 
 #include <QByteArray>
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QStringList>
@@ -13,6 +14,8 @@
 
 #include <csignal>
 
+#include <sched.h>
+#include <sys/mount.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
@@ -108,6 +111,42 @@ int modeOf(QString const& path)
     return stat(QFile::encodeName(path).constData(), &status) == 0 ? status.st_mode & 07777 : -1;
 }
 
+/// A file that is a mount of its own: another one cannot take its place. It may be written.
+bool mountOnItself(QByteArray const& path)
+{
+    return mount(path.constData(), path.constData(), nullptr, MS_BIND, nullptr) == 0;
+}
+
+/// Goes to a place where this process may mount, as the same user. What it mounts is seen by this
+/// process alone.
+bool mayMount()
+{
+    if (geteuid() == 0)
+        return unshare(CLONE_NEWNS) == 0;
+    QByteArray const user = QByteArray::number(static_cast<qulonglong>(geteuid()));
+    if (unshare(CLONE_NEWUSER | CLONE_NEWNS) != 0)
+        return false;
+    QFile map("/proc/self/uid_map");
+    return map.open(QIODevice::WriteOnly) && map.write(user + ' ' + user + " 1") > 0;
+}
+
+/// Whether another process could put the SSID "Home" into the connection at `path`, a mount of its
+/// own there.
+bool ssidIsSetInAMount(QString const& path)
+{
+    pid_t const child = fork();
+    if (child == 0) {
+        if (!mayMount() || !mountOnItself(QFile::encodeName(path)))
+            _exit(2);
+        NMConfFile file(path);
+        file.setSsid("Home");
+        file.sync();
+        _exit(NMConfFile(path).ssid() == "Home" ? 0 : 1);
+    }
+    int status = 0;
+    return waitpid(child, &status, 0) == child && WIFEXITED(status) && WEXITSTATUS(status) == 0;
+}
+
 /// Writes the connection at `path` in a process that is killed at the first byte it writes.
 int syncKilledAtFirstByte(QString const& path)
 {
@@ -154,6 +193,10 @@ private slots:
     void fileStaysAsItWasWhenItsWritingIsCutOff();
     void fileThatMayNotBeReadIsNotWritten();
     void fileThatALinkLeadsToIsWritten();
+    void fileInADirectoryThatMayNotBeWrittenToIsRewritten();
+    void fileThatIsAMountOfItsOwnIsRewritten();
+    void fileThatMayBeNeitherReplacedNorWrittenStays();
+    void newFileInADirectoryThatMayNotBeWrittenToIsNotMade();
     void syncedFileIsOnTheDisk();
     void syncReplacesALongerFile();
     void textThatIsMissingIsEmptyAndNotNull();
@@ -287,6 +330,7 @@ void NMConfFileTest::reading()
 void NMConfFileTest::warning_data()
 {
     QTest::addColumn<QByteArray>("read");
+    // FILE stands for the path.
     QTest::addColumn<QStringList>("warnings");
 
     QTest::newRow("key before any header") << QByteArray("key=value\n[connection]\na=b\n")
@@ -319,6 +363,7 @@ void NMConfFileTest::warning()
     QFETCH(QStringList, warnings);
     TestDirectory const directory;
     QString const path = directory.write(kFileName, read);
+    warnings.replaceInStrings("FILE", path);
 
     WarningRecorder const recorder;
     NMConfFile const file(path);
@@ -335,7 +380,6 @@ void NMConfFileTest::editing_data()
     QByteArray const openText("\n\n\n[802-11-wireless]\nmtu=0\n\n");
     QString const longKey(26, 'a');
     QString const passphrase(27, 'a');
-    // FILE stands for the path.
 
     QTest::newRow("SSID") << openText << QStringList("ssid:Net1")
                           << QByteArray("\n\n\n[802-11-wireless]\nmtu=0\n"
@@ -363,7 +407,6 @@ void NMConfFileTest::editing_data()
                       "\n\n[802-11-wireless]\nmtu=0\nsecurity=802-11-wireless-security\n\n");
     QTest::newRow("WEP to WPA takes the passphrase along")
         << QByteArray(kWepText) << QStringList("security:WPA Personal") << QByteArray(kWpaText);
-    warnings.replaceInStrings("FILE", path);
     QTest::newRow("WEP to WPA2 is the same")
         << QByteArray(kWepText) << QStringList("security:WPA2 Personal") << QByteArray(kWpaText);
     QTest::newRow("WPA to WEP takes the passphrase along")
@@ -687,6 +730,74 @@ void NMConfFileTest::fileThatALinkLeadsToIsWritten()
 
     QVERIFY(QFileInfo(link).isSymLink());
     QVERIFY(!NMConfFile(path).autoconnect());
+}
+
+void NMConfFileTest::fileInADirectoryThatMayNotBeWrittenToIsRewritten()
+{
+    TestDirectory const directory;
+    QByteArray const padding = "[other]\n" + QByteArray(10000, '\n');
+    QString const path = directory.write(kFileName, padding + kWpaText);
+    QCOMPARE(chmod(QFile::encodeName(path).constData(), 0644), 0);
+    QCOMPARE(chmod(QFile::encodeName(directory.path()).constData(), 0555), 0);
+    int syncs = 0;
+    {
+        WithoutPrivilege const withoutPrivilege(path);
+        NMConfFile file(path);
+        file.setAutoconnect(false);
+        int const before = diskSyncs();
+        file.sync();
+        syncs = diskSyncs() - before;
+    }
+    QCOMPARE(chmod(QFile::encodeName(directory.path()).constData(), 0755), 0);
+    QByteArray const expected
+        = QByteArray(kWpaText).replace("\n\n\n[802", "\n\n[connection]\nautoconnect=false\n\n[802");
+    QCOMPARE(directory.read(kFileName), expected);
+    QCOMPARE(modeOf(path), 0600);
+    QVERIFY(syncs > 0);
+}
+
+void NMConfFileTest::fileThatIsAMountOfItsOwnIsRewritten()
+{
+    TestDirectory const directory;
+    QString const path = directory.write(kFileName, kWpaText);
+
+    QVERIFY(ssidIsSetInAMount(path));
+
+    QCOMPARE(NMConfFile(path).ssid(), QString("Home"));
+    QCOMPARE(NMConfFile(path).passphrase(), QString("abcde"));
+    QStringList const all = QDir(directory.path()).entryList(QDir::Files | QDir::Hidden);
+    QCOMPARE(all, QStringList(kFileName));
+}
+
+void NMConfFileTest::fileThatMayBeNeitherReplacedNorWrittenStays()
+{
+    TestDirectory const directory;
+    QString const path = directory.write(kFileName, kWpaText);
+    QCOMPARE(chmod(QFile::encodeName(path).constData(), 0444), 0);
+    QCOMPARE(chmod(QFile::encodeName(directory.path()).constData(), 0555), 0);
+    {
+        WithoutPrivilege const withoutPrivilege(path);
+        NMConfFile file(path);
+        file.setSsid("Home");
+        file.sync();
+    }
+    QCOMPARE(chmod(QFile::encodeName(directory.path()).constData(), 0755), 0);
+    QCOMPARE(directory.read(kFileName), QByteArray(kWpaText));
+    QCOMPARE(modeOf(path), 0444);
+}
+
+void NMConfFileTest::newFileInADirectoryThatMayNotBeWrittenToIsNotMade()
+{
+    TestDirectory const directory;
+    QString const other = directory.write("other", kWpaText);
+    QCOMPARE(chmod(QFile::encodeName(directory.path()).constData(), 0555), 0);
+    {
+        WithoutPrivilege const withoutPrivilege(other);
+        NMConfFile(directory.path() + "/" + kFileName).sync();
+    }
+    QCOMPARE(chmod(QFile::encodeName(directory.path()).constData(), 0755), 0);
+    QStringList const all = QDir(directory.path()).entryList(QDir::Files | QDir::Hidden);
+    QCOMPARE(all, QStringList("other"));
 }
 
 void NMConfFileTest::syncedFileIsOnTheDisk()
