@@ -32,6 +32,12 @@ QLatin1String const kActiveInterface("org.freedesktop.NetworkManager.Connection.
 QLatin1String const kPropertiesInterface("org.freedesktop.DBus.Properties");
 QLatin1String const kWirelessInterface("org.freedesktop.NetworkManager.Device.Wireless");
 
+QLatin1String const kBusService("org.freedesktop.DBus");
+QLatin1String const kBusPath("/org/freedesktop/DBus");
+QLatin1String const kBusInterface("org.freedesktop.DBus");
+
+QLatin1String const kOwnConnectionName("zelvo-view");
+
 QLatin1String const kOwnFileName("Zelvo");
 
 QLatin1String const kIntrospect("org.freedesktop.DBus.Introspectable.Introspect");
@@ -89,23 +95,55 @@ bool connectInAnotherThread()
 
 /// Qt 5 holds back what arrives on a connection that was made in the main thread until that thread
 /// has run its event loop, and with it the news that the bus has died: a call that waits for its
-/// answer at that moment would wait for ever. The connection is made once, so another thread makes
+/// answer at that moment would wait for ever. That connection is made once, so another thread makes
 /// it.
-QDBusConnection systemBus()
+QDBusConnection defaultConnection()
 {
     static bool const isMade = !QtCompat::kNewBusWaitsForEventLoop || connectInAnotherThread();
     static_cast<void>(isMade);
     return QDBusConnection::systemBus();
 }
 
+/// Whether a bus answers. From then on the connection may be used.
+///
+/// A bus tells each new connection its name. Qt 5 notes it in a thread of its own, in a list that
+/// every call of a service reads with nothing that keeps the two apart. Only a call of the bus
+/// itself does not read it; and since a bus answers in order, the name has been noted by then.
+bool isAlive(QDBusConnection const& connection)
+{
+    if (!connection.isConnected())
+        return false;
+    QDBusMessage const question = QDBusMessage::createMethodCall(
+        kBusService, kBusPath, kBusInterface, QLatin1String("GetId"));
+    return connection.call(question).type() == QDBusMessage::ReplyMessage;
+}
+
+/// To be taken once a request. The toolkit makes its connection once; when that has died, one of our
+/// own takes its place, which is made anew as often as it dies.
+QDBusConnection systemBus()
+{
+    QDBusConnection connection = defaultConnection();
+    if (isAlive(connection))
+        return connection;
+    QString const name(kOwnConnectionName);
+    connection = QDBusConnection(name);
+    if (isAlive(connection))
+        return connection;
+    QDBusConnection::disconnectFromBus(name);
+    connection = QDBusConnection::connectToBus(QDBusConnection::SystemBus, name);
+    // When it does not, whoever uses the connection will see.
+    static_cast<void>(isAlive(connection));
+    return connection;
+}
+
 /// @return belongs to the caller; not valid when the bus or NetworkManager is not there.
-QDBusInterface* newProxy(QString const& path, QString const& interface)
+QDBusInterface* newProxy(QDBusConnection const& bus, QString const& path, QString const& interface)
 {
     registerTypes();
     ObservedCall const call;
-    QDBusInterface* const proxy = new QDBusInterface(kService, path, interface, systemBus());
+    QDBusInterface* const proxy = new QDBusInterface(kService, path, interface, bus);
     // It has asked what the object is like.
-    call.end(path, kIntrospect, proxy->isValid() ? proxy->lastError() : systemBus().lastError());
+    call.end(path, kIntrospect, proxy->isValid() ? proxy->lastError() : bus.lastError());
     return proxy;
 }
 
@@ -127,7 +165,7 @@ void warn(QString const& message)
 bool isValidOrWarned(QDBusInterface const& proxy)
 {
     if (!proxy.isValid()) {
-        warn(systemBus().lastError().message());
+        warn(proxy.connection().lastError().message());
         return false;
     }
     // Making the proxy asks for the interface. Who has not answered that in time will not answer
@@ -148,24 +186,26 @@ ObjectPaths objectPaths(QDBusInterface const& proxy, char const* property)
     return paths;
 }
 
-ObjectPaths activeConnectionDevices(QDBusObjectPath const& activeConnection)
+ObjectPaths activeConnectionDevices(QDBusConnection const& bus,
+                                    QDBusObjectPath const& activeConnection)
 {
-    QScopedPointer<QDBusInterface> const proxy(newProxy(activeConnection.path(), kActiveInterface));
+    QScopedPointer<QDBusInterface> const proxy(
+        newProxy(bus, activeConnection.path(), kActiveInterface));
     return isValidOrWarned(*proxy) ? objectPaths(*proxy, "Devices") : ObjectPaths();
 }
 
-void deactivateConnection(QDBusObjectPath const& activeConnection)
+void deactivateConnection(QDBusConnection const& bus, QDBusObjectPath const& activeConnection)
 {
-    QScopedPointer<QDBusInterface> const manager(newProxy(kManagerPath, kManagerInterface));
+    QScopedPointer<QDBusInterface> const manager(newProxy(bus, kManagerPath, kManagerInterface));
     // A connection that is gone by now, or was asked before, needs no deactivating.
     static_cast<void>(callMethod(*manager, QLatin1String("DeactivateConnection"),
                                  QVariantList() << QVariant::fromValue(activeConnection)));
 }
 
 /// A device is wireless when it has the wireless interface at all, whatever it is capable of.
-bool isWirelessDevice(QDBusObjectPath const& device)
+bool isWirelessDevice(QDBusConnection const& bus, QDBusObjectPath const& device)
 {
-    QScopedPointer<QDBusInterface> const proxy(newProxy(device.path(), kPropertiesInterface));
+    QScopedPointer<QDBusInterface> const proxy(newProxy(bus, device.path(), kPropertiesInterface));
     QDBusReply<QVariant> const capabilities
         = callMethod(*proxy, QLatin1String("Get"),
                      QVariantList() << QString(kWirelessInterface)
@@ -198,17 +238,19 @@ NMConfFile* wireless_defaultNmConfig(QDir const& dir)
 
 QString wireless_firstHalDevice()
 {
-    QScopedPointer<QDBusInterface> const manager(newProxy(kManagerPath, kManagerInterface));
+    QDBusConnection const bus = systemBus();
+    QScopedPointer<QDBusInterface> const manager(newProxy(bus, kManagerPath, kManagerInterface));
     if (!isValidOrWarned(*manager))
         return QString();
-    QDBusReply<ObjectPaths> const devices = callMethod(*manager, QLatin1String("GetDevices"));
+    // Not const: error() of Qt 4 is not.
+    QDBusReply<ObjectPaths> devices = callMethod(*manager, QLatin1String("GetDevices"));
     if (!devices.isValid()) {
         warn(devices.error().message());
         return QString();
     }
     ObjectPaths const paths = devices.value();
     for (QDBusObjectPath const& device : paths) {
-        if (isWirelessDevice(device))
+        if (isWirelessDevice(bus, device))
             return device.path();
     }
     return QString();
@@ -221,15 +263,16 @@ bool wireless_isEnabled()
 
 void wireless_deactivateConnections()
 {
-    QScopedPointer<QDBusInterface> const manager(newProxy(kManagerPath, kManagerInterface));
+    QDBusConnection const bus = systemBus();
+    QScopedPointer<QDBusInterface> const manager(newProxy(bus, kManagerPath, kManagerInterface));
     if (!isValidOrWarned(*manager))
         return;
     ObjectPaths const connections = objectPaths(*manager, "ActiveConnections");
     for (QDBusObjectPath const& connection : connections) {
-        ObjectPaths const devices = activeConnectionDevices(connection);
+        ObjectPaths const devices = activeConnectionDevices(bus, connection);
         for (QDBusObjectPath const& device : devices) {
-            if (isWirelessDevice(device))
-                deactivateConnection(connection);
+            if (isWirelessDevice(bus, device))
+                deactivateConnection(bus, connection);
         }
     }
 }

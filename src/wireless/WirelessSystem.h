@@ -5,7 +5,7 @@
 class NMConfFile;
 class QDir;
 
-/// Is told of the calls on the bus.
+/// Is told of the calls of NetworkManager.
 class BusObserver
 {
 public:
@@ -21,9 +21,10 @@ public:
 };
 
 // How the wireless settings reach the system: the connection file that they edit, and
-// NetworkManager on the D-Bus system bus. The functions keep no state, and each blocks until its
-// calls on the bus are answered or the D-Bus binding's time-out has passed. What goes wrong on the
-// bus gives the empty result; a bus or a NetworkManager that is not there is a warning as well.
+// NetworkManager on the D-Bus system bus. The functions keep no state but the connection, and each
+// blocks until its calls on the bus are answered or the D-Bus binding's time-out has passed. What
+// goes wrong on the bus gives the empty result; a bus or a NetworkManager that is not there is a
+// warning as well. A bus that is started anew is used from the next call on.
 
 /// The connection file to edit: the first one of a wireless connection in `dir`, by name in the
 /// order of character codes, whoever wrote it; without one, the file "Zelvo" in `dir`, which need

@@ -103,6 +103,67 @@ QStringList PrivateBus::environment() const
     return result << variable + address();
 }
 
+BusMonitor::BusMonitor()
+{
+}
+
+BusMonitor::~BusMonitor()
+{
+    kill(mProcess);
+}
+
+bool BusMonitor::start(PrivateBus const& bus)
+{
+    mProcess.start("dbus-monitor", QStringList() << "--address" << bus.address() << "--profile");
+    // With its name it loses the right to be spoken to, and hears everything instead.
+    return waitForLine("NameLost");
+}
+
+QStringList BusMonitor::messagesOfFirstClient()
+{
+    if (!waitForLine("Hello"))
+        return QStringList();
+    QString client;
+    QStringList all = lines();
+    for (int i = 0; client.isEmpty(); ++i) {
+        if (all.at(i).endsWith("\tHello"))
+            client = all.at(i).section('\t', 3, 3);
+    }
+    if (!waitForLine(client + "\t/org/freedesktop/DBus\torg.freedesktop.DBus\tNameLost"))
+        return QStringList();
+
+    QStringList result;
+    all = lines();
+    for (QString const& line : static_cast<QStringList const&>(all)) {
+        // The kind, the time, a number, the sender, the destination, the path, the interface and
+        // the name.
+        QStringList const words = line.split('\t');
+        if (words.value(0) == "mc" && words.value(3) == client)
+            result.append("call " + words.value(4) + " " + words.value(7));
+        else if (words.value(0) == "sig" && words.value(4) == client)
+            result.append("signal " + words.value(7));
+        else if (words.value(4) == client)
+            result.append("answer");
+    }
+    return result;
+}
+
+/// Waits until there is a line with that end.
+bool BusMonitor::waitForLine(QString const& end)
+{
+    while (!mOutput.contains(end.toLatin1() + '\n')) {
+        if (!mProcess.waitForReadyRead(kStartLimitMs))
+            return false;
+        mOutput += mProcess.readAllStandardOutput();
+    }
+    return true;
+}
+
+QStringList BusMonitor::lines() const
+{
+    return QString::fromLatin1(mOutput.constData(), mOutput.size()).split('\n');
+}
+
 QString firstLineOf(QProcess& process, QString const& program, QStringList const& arguments)
 {
     process.start(program, arguments);

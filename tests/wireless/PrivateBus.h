@@ -2,6 +2,7 @@
 
 #include "support/TestDirectory.h"
 
+#include <QByteArray>
 #include <QProcess>
 #include <QString>
 #include <QStringList>
@@ -45,6 +46,32 @@ private:
     TestDirectory mDirectory;
     QProcess mBus;
     QProcess mNetworkManager;
+};
+
+/// Sees what passes over a private bus.
+class BusMonitor
+{
+public:
+    BusMonitor();
+    ~BusMonitor();
+
+    /// Whether it sees everything from now on.
+    bool start(PrivateBus const& bus);
+
+    /// Waits until the first client that has connected since the start has left.
+    ///
+    /// @return its messages, in order: "call DESTINATION METHOD" of those that it sent, "answer"
+    ///         and "signal NAME" of those that it got.
+    QStringList messagesOfFirstClient();
+
+private:
+    Q_DISABLE_COPY(BusMonitor)
+
+    bool waitForLine(QString const& end);
+    QStringList lines() const;
+
+    QProcess mProcess;
+    QByteArray mOutput;
 };
 
 /// Starts `program` as `process` and waits for its first line of output.

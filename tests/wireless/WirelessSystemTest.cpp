@@ -1,5 +1,6 @@
 #include "wireless/WirelessSystem.h"
 
+#include "common/QtCompat.h"
 #include "support/TestDirectory.h"
 #include "wireless/NMConfFile.h"
 #include "wireless/PrivateBus.h"
@@ -14,6 +15,7 @@
 #include <QStringList>
 #include <QtTest>
 
+#include <signal.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -55,7 +57,12 @@ public:
     {
         mOutputBeforeWait = mOutput.size();
         mProcess.write("\n");
+        mProcess.waitForBytesWritten(kProbeLimitMs);
     }
+
+    /// Stops the process where it stands, by a signal.
+    void suspend() { ::kill(static_cast<pid_t>(QtCompat::processId(mProcess)), SIGSTOP); }
+    void resume() { ::kill(static_cast<pid_t>(QtCompat::processId(mProcess)), SIGCONT); }
 
     /// Waits for the end; true when the process ended by itself, all functions called.
     bool finishes()
@@ -138,7 +145,13 @@ private slots:
     void networkManagerThatComesLaterIsSeen();
     void networkManagerThatDiesDuringACallIsNoDevice();
     void busThatDiesDuringACallIsNoDevice();
-    void busThatGoesAwayEndsNoProcessAndStaysAway();
+    void busThatHasComeBackServesTheNextRequest();
+    void busThatCameBackUnnoticedServesTheNextRequest();
+    void busThatIsThereLaterServesTheNextRequest();
+    void connectionKnowsItsNameBeforeItIsUsed_data();
+    void connectionKnowsItsNameBeforeItIsUsed();
+    void connectionServesOneRequestAfterTheOther_data();
+    void connectionServesOneRequestAfterTheOther();
 
     void deactivation_data();
     void deactivation();
@@ -147,10 +160,17 @@ private slots:
 
     void silentNetworkManagerIsGivenUpAfterTheBindingsTimeOut();
     void suspendedNetworkManagerIsNoDeviceUntilItGoesOn();
+    void networkManagerThatNeverAnswersIsCalledOnce();
 
 private:
-    // Of a NetworkManager that never answers, and of one that is suspended: started first, and looked
-    // at when all else is done, because they take their time.
+    QStringList messagesAfterDeathsOfTheBus(int deaths);
+
+    // Of a NetworkManager that never answers one call, of one that never answers any, and of one that
+    // is suspended for a while: started first, and looked at when all else is done, because they
+    // take their time.
+    PrivateBus mMuteBus;
+    BusMonitor mMuteMonitor;
+    QScopedPointer<Probe> mMuteProbe;
     PrivateBus mSilentBus;
     QScopedPointer<Probe> mSilentProbe;
     PrivateBus mSuspendedBus;
@@ -174,6 +194,12 @@ void WirelessSystemTest::initTestCase()
     QVERIFY(mSuspendedProbe->reachesWait());
     mSuspendedBus.suspendNetworkManager();
     mSuspendedProbe->goOn();
+
+    QVERIFY(mMuteBus.start());
+    QVERIFY(mMuteBus.startNetworkManager("one_wireless"));
+    mMuteBus.suspendNetworkManager();
+    QVERIFY(mMuteMonitor.start(mMuteBus));
+    mMuteProbe.reset(new Probe(mMuteBus, QStringList("enabled")));
 }
 
 void WirelessSystemTest::connectionFile_data()
@@ -456,42 +482,165 @@ void WirelessSystemTest::busThatDiesDuringACallIsNoDevice()
     QVERIFY(probe.elapsedMs() < kAtOnceMs);
 }
 
-void WirelessSystemTest::busThatGoesAwayEndsNoProcessAndStaysAway()
+void WirelessSystemTest::busThatHasComeBackServesTheNextRequest()
 {
+    int const deaths = 3;
+    QStringList functions("enabled");
+    QStringList results("enabled true");
+    for (int i = 0; i < deaths; ++i) {
+        functions << "wait"
+                  << "enabled"
+                  << "deactivate"
+                  << "wait"
+                  << "enabled"
+                  << "enabled";
+        results << "waiting"
+                << "enabled false"
+                << "deactivate"
+                << "waiting"
+                << "enabled true"
+                << "enabled true";
+    }
     PrivateBus bus;
     QVERIFY(bus.start());
     QVERIFY(bus.startNetworkManager("one_wireless"));
+    Probe probe(bus, functions);
+
+    for (int i = 0; i < deaths; ++i) {
+        QVERIFY(probe.reachesWait());
+        bus.stop();
+        probe.goOn();
+        QVERIFY(probe.reachesWait());
+        bus.stopNetworkManager();
+        QVERIFY(bus.start());
+        QVERIFY(bus.startNetworkManager("one_wireless"));
+        probe.goOn();
+    }
+
+    QVERIFY(probe.finishes());
+    QCOMPARE(probe.results(), results);
+    // Each says why there is no connection.
+    QStringList const warnings = probe.warnings();
+    QCOMPARE(warnings.size(), 2 * deaths);
+    for (QString const& line : warnings)
+        QVERIFY2(isQuoted(line) && line.contains(bus.address().section('=', 1)), qPrintable(line));
+}
+
+/// When the request comes, nobody has seen yet that the connection is dead.
+void WirelessSystemTest::busThatCameBackUnnoticedServesTheNextRequest()
+{
+    int const deaths = 5;
+    QStringList functions("enabled");
+    QStringList results("enabled true");
+    for (int i = 0; i < deaths; ++i) {
+        functions << "wait"
+                  << "enabled";
+        results << "waiting"
+                << "enabled true";
+    }
+    PrivateBus bus;
+    QVERIFY(bus.start());
+    QVERIFY(bus.startNetworkManager("one_wireless"));
+    Probe probe(bus, functions);
+
+    for (int i = 0; i < deaths; ++i) {
+        QVERIFY(probe.reachesWait());
+        probe.suspend();
+        bus.stop();
+        bus.stopNetworkManager();
+        QVERIFY(bus.start());
+        QVERIFY(bus.startNetworkManager("one_wireless"));
+        probe.goOn();
+        probe.resume();
+    }
+
+    QVERIFY(probe.finishes());
+    QCOMPARE(probe.results(), results);
+    QCOMPARE(probe.warnings(), QStringList());
+}
+
+void WirelessSystemTest::busThatIsThereLaterServesTheNextRequest()
+{
+    PrivateBus bus;
     Probe probe(bus,
                 QStringList() << "enabled"
-                              << "wait"
-                              << "enabled"
-                              << "deactivate"
                               << "wait"
                               << "enabled");
 
     QVERIFY(probe.reachesWait());
-    bus.stop();
-    probe.goOn();
-    QVERIFY(probe.reachesWait());
-    bus.stopNetworkManager();
     QVERIFY(bus.start());
     QVERIFY(bus.startNetworkManager("one_wireless"));
     probe.goOn();
 
     QVERIFY(probe.finishes());
-    // Qt connects to the system bus once in the life of a process.
     QCOMPARE(probe.results(),
-             QStringList() << "enabled true"
+             QStringList() << "enabled false"
                            << "waiting"
-                           << "enabled false"
-                           << "deactivate"
-                           << "waiting"
-                           << "enabled false");
-    QCOMPARE(probe.warnings().size(), 3);
+                           << "enabled true");
+}
 
-    Probe next(bus, QStringList("enabled"));
-    QVERIFY(next.finishes());
-    QCOMPARE(next.results(), QStringList("enabled true"));
+void WirelessSystemTest::connectionKnowsItsNameBeforeItIsUsed_data()
+{
+    QTest::addColumn<int>("deaths");
+
+    QTest::newRow("the first connection") << 0;
+    QTest::newRow("the one that takes its place") << 1;
+    QTest::newRow("the next one") << 2;
+}
+
+/// The toolkit notes the name in another thread, and looks at it in each call of a service: only an
+/// answer of the bus itself tells that it has been noted.
+void WirelessSystemTest::connectionKnowsItsNameBeforeItIsUsed()
+{
+    QFETCH(int, deaths);
+
+    QStringList const messages = messagesAfterDeathsOfTheBus(deaths);
+
+    QCOMPARE(messages.mid(0, 6),
+             QStringList() << "call org.freedesktop.DBus Hello"
+                           << "answer"
+                           << "signal NameAcquired"
+                           << "call org.freedesktop.DBus GetId"
+                           << "answer"
+                           << "call org.freedesktop.NetworkManager Introspect");
+}
+
+void WirelessSystemTest::connectionServesOneRequestAfterTheOther_data()
+{
+    connectionKnowsItsNameBeforeItIsUsed_data();
+}
+
+void WirelessSystemTest::connectionServesOneRequestAfterTheOther()
+{
+    QFETCH(int, deaths);
+
+    QStringList const messages = messagesAfterDeathsOfTheBus(deaths);
+
+    QCOMPARE(messages.count("call org.freedesktop.NetworkManager Introspect"), 2);
+}
+
+/// What a process and the bus say to each other while it makes two requests, after the bus has been
+/// killed and started anew so often. There is no NetworkManager.
+QStringList WirelessSystemTest::messagesAfterDeathsOfTheBus(int deaths)
+{
+    QStringList functions;
+    for (int i = 0; i < deaths; ++i)
+        functions << "enabled"
+                  << "wait";
+    functions << "enabled"
+              << "enabled";
+    PrivateBus bus;
+    QScopedPointer<BusMonitor> monitor(new BusMonitor);
+    bool isReady = bus.start() && monitor->start(bus);
+    Probe probe(bus, functions);
+    for (int i = 0; i < deaths && isReady; ++i) {
+        isReady = probe.reachesWait();
+        bus.stop();
+        monitor.reset(new BusMonitor);
+        isReady = isReady && bus.start() && monitor->start(bus);
+        probe.goOn();
+    }
+    return isReady && probe.finishes() ? monitor->messagesOfFirstClient() : QStringList();
 }
 
 void WirelessSystemTest::deactivation_data()
@@ -584,6 +733,18 @@ void WirelessSystemTest::suspendedNetworkManagerIsNoDeviceUntilItGoesOn()
                            << "enabled true");
     QCOMPARE(mSuspendedProbe->warnings().size(), 1);
     QVERIFY(isQuoted(mSuspendedProbe->warnings().first()));
+}
+
+void WirelessSystemTest::networkManagerThatNeverAnswersIsCalledOnce()
+{
+    QVERIFY(mMuteProbe->finishes());
+    QStringList const messages = mMuteMonitor.messagesOfFirstClient();
+
+    QCOMPARE(mMuteProbe->results(), QStringList("enabled false"));
+    QCOMPARE(messages.filter("call org.freedesktop.NetworkManager "),
+             QStringList("call org.freedesktop.NetworkManager Introspect"));
+    QCOMPARE(mMuteProbe->warnings().size(), 1);
+    QVERIFY(isQuoted(mMuteProbe->warnings().first()));
 }
 
 QTEST_MAIN(WirelessSystemTest)
