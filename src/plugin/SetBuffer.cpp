@@ -29,6 +29,7 @@ void SetBuffer::clear()
     delete mTree;
     mTree = nullptr;
     mCreated.clear();
+    mRefused.clear();
 }
 
 IConfigEntry* SetBuffer::entry(QString const& key) const
@@ -39,7 +40,9 @@ IConfigEntry* SetBuffer::entry(QString const& key) const
 IConfigEntry* SetBuffer::add(ConfigTree const& found, QString const& key)
 {
     ConfigTree::completeTree(found, *tree(found.rootDir()));
-    return entry(key);
+    IConfigEntry* const added = entry(key);
+    mRefused.remove(added);
+    return added;
 }
 
 void SetBuffer::markAsCreated(IConfigEntry const& entry)
@@ -62,6 +65,15 @@ void SetBuffer::forgetBelow(QString const& key)
     QList<IConfigEntry*> const children = branch->children();
     for (IConfigEntry* const child : children)
         takeApart(*child, PendingKeys());
+}
+
+void SetBuffer::forgetWritten(PendingKeys const& pending)
+{
+    QList<IConfigEntry*> const refused = mRefused.values();
+    for (IConfigEntry* const entry : refused) {
+        if (!pending.areBehind(*entry))
+            takeOut(*entry);
+    }
 }
 
 void SetBuffer::takeOut(IConfigEntry& entry)
@@ -135,7 +147,12 @@ void SetBuffer::takeApart(IConfigEntry& entry, PendingKeys const& kept)
             takeApart(*child, kept);
     }
     mCreated.remove(&entry);
-    if (branch ? branch->hasChildren() : kept.areBehind(entry))
+    mRefused.remove(&entry);
+    if (!branch && kept.areBehind(entry)) {
+        mRefused.insert(&entry);
+        return;
+    }
+    if (branch && branch->hasChildren())
         return;
 
     if (ConfigBranch* const parent = dynamic_cast<ConfigBranch*>(entry.parent()))

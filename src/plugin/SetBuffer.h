@@ -34,8 +34,8 @@ public:
     /// The entry of a full key; null when the buffer has none.
     IConfigEntry* entry(QString const& key) const;
 
-    /// Adds what the buffer lacks of `found`, and returns its entry of `key`; null when something
-    /// else stands there.
+    /// Adds what the buffer lacks of `found`, and returns its entry of `key`, which is about to be set
+    /// or created; null when something else stands there.
     IConfigEntry* add(ConfigTree const& found, QString const& key);
 
     /// The entry has been created: it waits for its commit though nothing may be set in it.
@@ -46,6 +46,10 @@ public:
 
     /// Forgets what was set below `key`.
     void forgetBelow(QString const& key);
+
+    /// Forgets what the backend has refused and written after all, by a commit that went past the
+    /// plugin.
+    void forgetWritten(PendingKeys const& pending);
 
     /// Takes `entry` out, with the branches that did nothing but lead to it.
     void takeOut(IConfigEntry& entry);
@@ -67,5 +71,6 @@ private:
 
     ConfigTree* mTree;
     QSet<IConfigEntry const*> mCreated;
+    QSet<IConfigEntry*> mRefused;
     QList<IConfigEntry*> mTakenOut;
 };

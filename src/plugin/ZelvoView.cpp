@@ -369,15 +369,17 @@ void ZelvoView::commitRoot()
 
 void ZelvoView::commitPendingUnder(QString const& key)
 {
-    QMap<QString, _RegEntryChange> const pending = PendingKeys::sAsk().atOrUnder(key, rootDir());
+    PendingKeys const pending = PendingKeys::sAsk();
+    mSetBuffer.forgetWritten(pending);
+    QMap<QString, _RegEntryChange> const changes = pending.atOrUnder(key, rootDir());
     QStringList unset;
     QString deleted;
-    QStringList const keys = pending.keys();
+    QStringList const keys = changes.keys();
     for (QString const& each : keys) {
         // A session that goes is committed alone: what was set or deleted in it goes with it.
         if (!deleted.isEmpty() && KeyPath(deleted).isRootOf(each))
             continue;
-        if (pending.value(each) == REG_CHANGE_DELETED) {
+        if (changes.value(each) == REG_CHANGE_DELETED) {
             deleted = each;
             mSetBuffer.forgetBelow(each);
         }

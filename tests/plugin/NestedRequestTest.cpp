@@ -29,6 +29,8 @@ private slots:
     void whatANestedCommitHasTakenOutIsNotCommittedUnderItsBareName_data();
     void whatANestedCommitHasTakenOutIsNotCommittedUnderItsBareName();
     void keyIsNotCommittedAgainForWhatItsRegistryKeyHasPending();
+    void refusedValueThatTheRegistryWroteAfterAllIsForgotten();
+    void valueThatIsSetAgainAfterARefusalWaits();
     void commitOfAllIsOneTransaction();
 
 private:
@@ -241,6 +243,30 @@ void NestedRequestTest::keyIsNotCommittedAgainForWhatItsRegistryKeyHasPending()
     QCOMPARE(mHost->set("root/USB/root/mass-storage/allowed", "0", REG_PARAM_VALUE), 0);
     QCOMPARE(mHost->commit(kEnable), 0);
     QCOMPARE(mWrappers->read("zelvo-view/usb/enable", "runs"), QByteArray("run\n"));
+}
+
+void NestedRequestTest::refusedValueThatTheRegistryWroteAfterAllIsForgotten()
+{
+    // It leaves the registry's value pending, which the commit of all then writes.
+    mWrappers->addScript("zelvo-view/usb/enable", "commit.sh", "echo run >>runs");
+    QCOMPARE(set(kEnable, "false"), 0);
+    QCOMPARE(mHost->commit("root"), 0);
+    QCOMPARE(value(kEnable), QString("false"));
+    QCOMPARE(mHost->commit(kUsb), 0);
+    QCOMPARE(mWrappers->read("zelvo-view/usb/enable", "runs"), QByteArray("run\n"));
+    QVERIFY(mView->setBuffer()->children().isEmpty());
+}
+
+void NestedRequestTest::valueThatIsSetAgainAfterARefusalWaits()
+{
+    mWrappers->addScript("zelvo-view/usb/enable", "commit.sh", "cat \"$1\" >>values");
+    QCOMPARE(set(kEnable, "false"), 0);
+    QCOMPARE(mHost->commit(kEnable), 0);
+    QCOMPARE(mHost->commit("root/USB"), 0);
+    mWrappers->addScript("zelvo-view/usb/enable", "set.sh", "cat \"$1\"");
+    QCOMPARE(set(kEnable, "true"), 0);
+    QCOMPARE(mHost->commit(kUsb), 0);
+    QCOMPARE(mWrappers->read("zelvo-view/usb/enable", "values"), QByteArray("falsetrue"));
 }
 
 // What the plugin commits by the way can be read at once, and reaches the disk with the rest.
