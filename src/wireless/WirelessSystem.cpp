@@ -122,6 +122,9 @@ bool isAlive(QDBusConnection const& connection)
 /// own takes its place, which is made anew as often as it dies.
 QDBusConnection systemBus()
 {
+    // Before the first connection is made: at the end of the process the toolkit then still knows how
+    // to destroy what the connection holds of such types.
+    registerTypes();
     QDBusConnection connection = defaultConnection();
     if (isAlive(connection))
         return connection;
@@ -139,7 +142,6 @@ QDBusConnection systemBus()
 /// @return belongs to the caller; not valid when the bus or NetworkManager is not there.
 QDBusInterface* newProxy(QDBusConnection const& bus, QString const& path, QString const& interface)
 {
-    registerTypes();
     ObservedCall const call;
     QDBusInterface* const proxy = new QDBusInterface(kService, path, interface, bus);
     // It has asked what the object is like.
