@@ -420,11 +420,11 @@ void CommitCombinationsTest::initTestCase()
     mDefaults.write("keys.xml", declarations);
 
     mWrappers.addScript(kFolder, "commit.sh",
-                         "echo \"$VEXLINK_ACTION $VEXLINK_NAME\" >>log; exit 1");
+                        "echo \"$VEXLINK_ACTION $VEXLINK_NAME\" >>log; exit 1");
     for (char const* const name : kViewNames)
         mWrappers.addScript(QString(kFolder) + "/" + name, "commit.sh",
-                             QByteArray("read -r value <\"$1\"; echo \"") + name
-                                 + "=$value\" >>../log; exit 1");
+                            QByteArray("read -r value <\"$1\"; echo \"") + name
+                                + "=$value\" >>../log; exit 1");
 }
 
 void CommitCombinationsTest::init()
