@@ -81,14 +81,13 @@ void SetBuffer::takeOut(IConfigEntry& entry)
     takeOut(entry, PendingKeys());
 }
 
-void SetBuffer::commit(QString const& key, Reg::Registry* defaults)
+void SetBuffer::commit(IConfigEntry& committed, QString const& key, Reg::Registry* defaults)
 {
-    IConfigEntry* const committed = entry(key);
-    if (ConfigBranch* const branch = dynamic_cast<ConfigBranch*>(committed))
+    if (ConfigBranch* const branch = dynamic_cast<ConfigBranch*>(&committed))
         mTree->sortLikeDefaultSettings(*branch, defaults, key);
-    commitHeld(*committed);
-    if (holds(*committed))
-        takeOut(*committed, PendingKeys::sAsk());
+    commitHeld(committed);
+    if (holds(committed))
+        takeOut(committed, PendingKeys::sAsk());
 }
 
 void SetBuffer::deleteTakenOut()

@@ -54,9 +54,9 @@ public:
     /// Takes `entry` out, with the branches that did nothing but lead to it.
     void takeOut(IConfigEntry& entry);
 
-    /// Commits the entry `key`, which the buffer has, in the order of the default settings. What the
-    /// backend refused stays.
-    void commit(QString const& key, Reg::Registry* defaults);
+    /// Commits an entry of the buffer, which stands at `key`, in the order of the default settings.
+    /// What the backend refused stays.
+    void commit(IConfigEntry& committed, QString const& key, Reg::Registry* defaults);
 
     /// To be called when no request is served any more.
     void deleteTakenOut();

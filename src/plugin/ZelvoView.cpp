@@ -352,19 +352,17 @@ void ZelvoView::commitEntry(IConfigEntry& found, QString const& key)
 {
     if (dynamic_cast<ConfigBranch const*>(&found))
         commitPendingUnder(key);
-    if (mSetBuffer.entry(key)) {
-        mSetBuffer.commit(key, getDefaultSettings());
-        return;
-    }
-    commitAlone(found);
+    if (IConfigEntry* const pending = mSetBuffer.entry(key))
+        mSetBuffer.commit(*pending, key, getDefaultSettings());
+    else
+        commitAlone(found);
 }
 
 void ZelvoView::commitRoot()
 {
     commitPendingUnder(rootDir());
     // The root takes part though nothing may be set.
-    static_cast<void>(setBuffer());
-    mSetBuffer.commit(rootDir(), getDefaultSettings());
+    mSetBuffer.commit(*setBuffer(), rootDir(), getDefaultSettings());
 }
 
 void ZelvoView::commitPendingUnder(QString const& key)
