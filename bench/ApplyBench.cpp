@@ -2,7 +2,7 @@
 //
 //   apply/T   from the request to the end of the last script, on T threads
 //
-// "floor_seconds" is the sum of the scripts divided by the threads. A request of the plugin takes as
+// "baseline_seconds" is the sum of the scripts divided by the threads. A request of the plugin takes as
 // many threads as the machine has processors; here it gets its pool, and all else is as in
 // `ZelvoView::apply`.
 
@@ -88,7 +88,7 @@ void apply(benchmark::State& state)
     QCoreApplication::processEvents();
     if (applied.size() != static_cast<qint64>(state.iterations()) * kScripts)
         qFatal("not all scripts have run");
-    state.counters["floor_seconds"] = kScripts * kSecondsPerScript / threads;
+    state.counters["baseline_seconds"] = kScripts * kSecondsPerScript / threads;
 }
 
 BENCHMARK(apply)->Arg(2)->Arg(4)->UseRealTime()->Unit(benchmark::kMillisecond)->Iterations(2);

@@ -1,9 +1,9 @@
 // Setting and committing one session's name, of N sessions.
 //
-//   disk, disk_floor      the registry in a file on the disk, where every commit waits for it
-//   memory, memory_floor  the same in memory, where nothing hides the work itself: processor time
+//   disk, disk_baseline      the registry in a file on the disk, where every commit waits for it
+//   memory, memory_baseline  the same in memory, where nothing hides the work itself: processor time
 //
-// A floor writes the same row and commits it through SQLite's own interface.
+// A baseline writes the same row and commits it through SQLite's own interface.
 
 #include "support/BareStore.h"
 #include "support/Scene.h"
@@ -47,7 +47,7 @@ void disk(benchmark::State& state)
     commitLoop(state, Scene::sOnDisk(static_cast<int>(state.range(0))));
 }
 
-void disk_floor(benchmark::State& state)
+void disk_baseline(benchmark::State& state)
 {
     writeLoop(state, QDir::currentPath());
 }
@@ -57,15 +57,15 @@ void memory(benchmark::State& state)
     commitLoop(state, Scene::sWith(static_cast<int>(state.range(0))));
 }
 
-void memory_floor(benchmark::State& state)
+void memory_baseline(benchmark::State& state)
 {
     writeLoop(state, Scene::sMemory());
 }
 
 BENCHMARK(disk)->RangeMultiplier(10)->Range(10, 100000)->UseRealTime()->Complexity();
-BENCHMARK(disk_floor)->RangeMultiplier(10)->Range(10, 100000)->UseRealTime()->Complexity();
+BENCHMARK(disk_baseline)->RangeMultiplier(10)->Range(10, 100000)->UseRealTime()->Complexity();
 BENCHMARK(memory)->RangeMultiplier(10)->Range(10, 100000)->Complexity();
-BENCHMARK(memory_floor)->RangeMultiplier(10)->Range(10, 100000)->Complexity();
+BENCHMARK(memory_baseline)->RangeMultiplier(10)->Range(10, 100000)->Complexity();
 
 } // namespace
 

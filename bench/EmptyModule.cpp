@@ -1,4 +1,4 @@
-// A module that needs what the plugin needs and does nothing: the floor of loading it.
+// A module that needs what the plugin needs and does nothing: the baseline of loading it.
 
 extern "C" int emptyModule();
 

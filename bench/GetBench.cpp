@@ -1,10 +1,10 @@
 // Reading one key that is tied to the registry and has no script.
 //
 //   mapped_leaf    get of "usb/enable"
-//   floor          what its road cannot do without: the two questions to the file system that it asks
+//   baseline          what a request cannot do without: the two questions to the file system that it asks
 //                  (is there a folder for the area, and a script that hides the view), and one
 //                  look-up in the registry
-//   plain_floor    the same with a question for each place that may hold a script, as a road asks
+//   plain_baseline    the same with a question for each place that may hold a script, as a plain request asks
 //                  that remembers nothing
 //   registry       that look-up alone
 //   session_leaf   get of one session's name, of N sessions
@@ -55,12 +55,12 @@ void askAndLookUp(benchmark::State& state, char const* const* questions)
     }
 }
 
-void floorOfLeaf(benchmark::State& state)
+void baselineOfLeaf(benchmark::State& state)
 {
     askAndLookUp(state, kQuestions);
 }
 
-void plain_floor(benchmark::State& state)
+void plain_baseline(benchmark::State& state)
 {
     askAndLookUp(state, kPlainQuestions);
 }
@@ -74,8 +74,8 @@ void session_leaf(benchmark::State& state)
 }
 
 BENCHMARK(mapped_leaf);
-BENCHMARK(floorOfLeaf)->Name("floor");
-BENCHMARK(plain_floor);
+BENCHMARK(baselineOfLeaf)->Name("baseline");
+BENCHMARK(plain_baseline);
 BENCHMARK(registry);
 BENCHMARK(session_leaf)->RangeMultiplier(10)->Range(10, 100000)->Complexity();
 

@@ -1,7 +1,7 @@
 // Reading a connection file of NetworkManager, changing the SSID and writing it back.
 //
 //   keyfile   through NMConfFile
-//   floor     the same bytes read and written with the same system calls, nothing looked at: before
+//   baseline     the same bytes read and written with the same system calls, nothing looked at: before
 //             opening a file what kind it is, of an open one its size, reading to the end of it; a
 //             new file, synced, in place of the old
 
@@ -80,7 +80,7 @@ void keyfile(benchmark::State& state)
     }
 }
 
-void floorOfKeyfile(benchmark::State& state)
+void baselineOfKeyfile(benchmark::State& state)
 {
     write(content());
     for (auto _ : state)
@@ -88,7 +88,7 @@ void floorOfKeyfile(benchmark::State& state)
 }
 
 BENCHMARK(keyfile);
-BENCHMARK(floorOfKeyfile)->Name("floor");
+BENCHMARK(baselineOfKeyfile)->Name("baseline");
 
 } // namespace
 

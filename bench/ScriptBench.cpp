@@ -1,7 +1,7 @@
 // Reading one key by its script.
 //
 //   get          of a key with a "get.sh" that prints one word
-//   floor        the same script run by a bare QProcess
+//   baseline        the same script run by a bare QProcess
 //   posix_spawn  the same script run without the toolkit: a pipe, posix_spawn, read, wait
 
 #include "support/Scene.h"
@@ -45,7 +45,7 @@ void get(benchmark::State& state)
         benchmark::DoNotOptimize(scene.get(kKey));
 }
 
-void floorOfScript(benchmark::State& state)
+void baselineOfScript(benchmark::State& state)
 {
     QString const script = ScriptScene::sInstance().script;
     for (auto _ : state) {
@@ -81,7 +81,7 @@ void spawn(benchmark::State& state)
 }
 
 BENCHMARK(get)->UseRealTime();
-BENCHMARK(floorOfScript)->Name("floor")->UseRealTime();
+BENCHMARK(baselineOfScript)->Name("baseline")->UseRealTime();
 BENCHMARK(spawn)->Name("posix_spawn")->UseRealTime();
 
 } // namespace

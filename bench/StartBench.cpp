@@ -1,7 +1,7 @@
 // Starting the plugin, each time in a new process whose host is ready.
 //
 //   start   dlopen with the loader's checks, pluginIsLoaded, the first get
-//   floor   dlopen of a module that needs the same libraries and does nothing
+//   baseline   dlopen of a module that needs the same libraries and does nothing
 
 #include <QProcess>
 #include <QStringList>
@@ -33,14 +33,14 @@ void start(benchmark::State& state)
                             << QLatin1String("/tmp"));
 }
 
-void floorOfStart(benchmark::State& state)
+void baselineOfStart(benchmark::State& state)
 {
     probeLoop(state, QStringList() << QLatin1String("empty") << QLatin1String(EMPTY_MODULE));
 }
 
 BENCHMARK(start)->UseManualTime()->Unit(benchmark::kMillisecond)->Iterations(20);
-BENCHMARK(floorOfStart)
-    ->Name("floor")
+BENCHMARK(baselineOfStart)
+    ->Name("baseline")
     ->UseManualTime()
     ->Unit(benchmark::kMillisecond)
     ->Iterations(20);

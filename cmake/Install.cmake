@@ -27,7 +27,7 @@ if(ZELVO_PLUGIN_ONLY)
     return()
 endif()
 
-# The stand-in host: libraries, programs, the platform's keys, the world.
+# The stand-in host: libraries, programs, the platform's keys, the sandbox.
 install(TARGETS vantora-headers vantora vantoraclient
     EXPORT VantoraTargets
     LIBRARY
@@ -37,13 +37,13 @@ install(TARGETS ${programs} RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}" COMPON
 install(FILES share/defaults/platform.xml DESTINATION "${data_dir}/defaults" COMPONENT host)
 install(DIRECTORY share/bash-completion/
     DESTINATION "${CMAKE_INSTALL_DATADIR}/bash-completion/completions" COMPONENT host)
-set(world_dir "${CMAKE_INSTALL_LIBEXECDIR}/vantora/world")
-install(DIRECTORY host/world/ DESTINATION "${world_dir}" COMPONENT host USE_SOURCE_PERMISSIONS)
-file(RELATIVE_PATH world "${CMAKE_INSTALL_FULL_BINDIR}"
-    "${CMAKE_INSTALL_PREFIX}/${world_dir}/vantora-world")
+set(sandbox_dir "${CMAKE_INSTALL_LIBEXECDIR}/vantora/sandbox")
+install(DIRECTORY host/sandbox/ DESTINATION "${sandbox_dir}" COMPONENT host USE_SOURCE_PERMISSIONS)
+file(RELATIVE_PATH sandbox "${CMAKE_INSTALL_FULL_BINDIR}"
+    "${CMAKE_INSTALL_PREFIX}/${sandbox_dir}/vantora-sandbox")
 file(MAKE_DIRECTORY "${CMAKE_BINARY_DIR}/install")
-file(CREATE_LINK "${world}" "${CMAKE_BINARY_DIR}/install/vantora-world" SYMBOLIC)
-install(FILES "${CMAKE_BINARY_DIR}/install/vantora-world"
+file(CREATE_LINK "${sandbox}" "${CMAKE_BINARY_DIR}/install/vantora-sandbox" SYMBOLIC)
+install(FILES "${CMAKE_BINARY_DIR}/install/vantora-sandbox"
     DESTINATION "${CMAKE_INSTALL_BINDIR}" COMPONENT host)
 
 include(cmake/ManPages.cmake)

@@ -81,7 +81,7 @@ set(CPACK_DEBIAN_HOST_DESCRIPTION
 "stand-in for the configuration host that serves zelvo-view
 Keeps a registry of settings, loads configuration plugins and takes commands
 for both (vantora-shell), on machines that lack the platform. A sandbox to try
-them in without touching the machine is part of it (vantora-world).")
+them in without touching the machine is part of it (vantora-sandbox).")
 
 set(CPACK_DEBIAN_DEV_PACKAGE_SECTION libdevel)
 set(CPACK_DEBIAN_DEV_PACKAGE_DEPENDS

@@ -71,7 +71,7 @@ QStringList captures(QString const& text, char const* pattern)
     return found;
 }
 
-/// Reads a script without its remarks, and without what stands between single quotes.
+/// Reads a script without its comments, and without what stands between single quotes.
 class CommandReader
 {
 public:

@@ -23,8 +23,8 @@ int const kRawUnitSize = 3;
 
 int LLVMFuzzerInitialize(int* argc, char*** argv)
 {
-    if (!std::getenv("VANTORA_WORLD_RECORD"))
-        end("a fuzzer runs in the sandboxed world only");
+    if (!std::getenv("VANTORA_SANDBOX_RECORD"))
+        end("a fuzzer runs in the sandbox only");
     qputenv("QT_LOGGING_RULES", "*=false");
     static QCoreApplication application(*argc, *argv);
     return 0;

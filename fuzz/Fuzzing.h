@@ -10,7 +10,7 @@
 extern "C" int LLVMFuzzerTestOneInput(uint8_t const* data, std::size_t size);
 
 /// Called once before the first input: makes the application object, keeps Qt's messages back, and
-/// ends the program outside the sandboxed world, as inputs are written to fixed places.
+/// ends the program outside the sandbox, as inputs are written to fixed places.
 extern "C" int LLVMFuzzerInitialize(int* argc, char*** argv);
 
 /// Ends the program with `property` as its last words when that does not hold.

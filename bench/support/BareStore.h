@@ -5,7 +5,7 @@
 struct sqlite3;
 struct sqlite3_stmt;
 
-/// The floor of a commit: rows of the registry's own form, written through SQLite's interface and
+/// The baseline of a commit: rows of the registry's own form, written through SQLite's interface and
 /// nothing else.
 class BareStore
 {

@@ -27,7 +27,7 @@ public:
     /// The same with its registry on the disk, in the current directory.
     static Scene& sOnDisk(int sessions);
 
-    /// "/tmp", which is memory in the world.
+    /// "/tmp", which is memory in the sandbox.
     static QString sMemory();
 
     // Of session number `i`.

@@ -25,7 +25,7 @@ struct ViewKeyRow
     char const* registryKey;
 };
 
-// A session's "name" is the registry's "label", and its "address" the registry's, unless a remark
+// A session's "name" is the registry's "label", and its "address" the registry's, unless a comment
 // says otherwise.
 // clang-format off
 ViewKeyRow const kViewKeys[] = {

@@ -127,7 +127,7 @@ private:
 void HandOverFileTest::initTestCase()
 {
     // Elsewhere the commands would be the machine's own.
-    QVERIFY2(!qgetenv("VANTORA_WORLD_RECORD").isEmpty(), "runs in the sandboxed world only");
+    QVERIFY2(!qgetenv("VANTORA_SANDBOX_RECORD").isEmpty(), "runs in the sandbox only");
 }
 
 void HandOverFileTest::init()

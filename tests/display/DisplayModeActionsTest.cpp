@@ -130,7 +130,7 @@ private:
 void DisplayModeActionsTest::initTestCase()
 {
     // The preferences have a fixed path: never those of the machine.
-    QVERIFY2(!qgetenv("VANTORA_WORLD_RECORD").isEmpty(), "to be run in the sandboxed world only");
+    QVERIFY2(!qgetenv("VANTORA_SANDBOX_RECORD").isEmpty(), "to be run in the sandbox only");
 }
 
 void DisplayModeActionsTest::init()

@@ -80,7 +80,7 @@ private:
 
 void DisplaySettingClassTest::initTestCase()
 {
-    QVERIFY2(!qgetenv("VANTORA_WORLD_RECORD").isEmpty(), "to be run in the sandboxed world only");
+    QVERIFY2(!qgetenv("VANTORA_SANDBOX_RECORD").isEmpty(), "to be run in the sandbox only");
     ActionKit::init(mBackend, mWrappers.directory());
     mSettings = new DisplaySettingClass(mBackend);
     ActionKit::instance()->registerSettingClass(mSettings);

@@ -32,9 +32,9 @@ void EmptyValueTest::keptAsItIs_data()
         << QByteArray("name=`cat $1`\nprintf %s \"$name\" >/etc/name\n");
     QTest::newRow("a variable read")
         << QByteArray("read -r name <\"$1\"\necho \"$name\" >/etc/name\n");
-    QTest::newRow("a test in a remark")
+    QTest::newRow("a test in a comment")
         << QByteArray("# [ -s \"$1\" ] || exit 1\ncp \"$1\" /etc/banner # [ -s \"$1\" ]\n");
-    QTest::newRow("an apostrophe in a remark")
+    QTest::newRow("an apostrophe in a comment")
         << QByteArray("# doesn't look\ncp \"$1\" /etc/banner\n");
     QTest::newRow("a test in a text")
         << QByteArray("cp \"$1\" /etc/banner\nprintf '[ -s \"$1\" ]'\n");
@@ -83,7 +83,7 @@ void EmptyValueTest::shellsAreKnownByTheirNames_data()
     QTest::newRow("busybox") << QByteArray("#!/bin/busybox sh") << true;
     QTest::newRow("a word that only ends like a shell") << QByteArray("#!/usr/bin/fish") << false;
     QTest::newRow("an option like a shell") << QByteArray("#!/usr/bin/perl sh") << false;
-    QTest::newRow("a remark") << QByteArray("# /bin/sh") << false;
+    QTest::newRow("a comment") << QByteArray("# /bin/sh") << false;
 }
 
 void EmptyValueTest::shellsAreKnownByTheirNames()

@@ -32,7 +32,7 @@ private slots:
 void EnvironmentLinesTest::declarationsStandWhereTheyAre()
 {
     EnvironmentLines const lines
-        = read("A remark.\n\nALLOWED=root/USB/allowed\n  REG_SET=root/USB/read-only  \n");
+        = read("A comment.\n\nALLOWED=root/USB/allowed\n  REG_SET=root/USB/read-only  \n");
     QCOMPARE(lines.declarations.size(), 2);
     QCOMPARE(lines.declarations.at(0).line, 3);
     QCOMPARE(lines.declarations.at(0).declaration.name, QString("ALLOWED"));
@@ -56,8 +56,8 @@ void EnvironmentLinesTest::problemsOfLines_data()
     QByteArray const declaration("A=root/a\n");
     QTest::newRow("a declaration") << declaration << none;
     QTest::newRow("no line end at the end") << QByteArray("A=root/a") << none;
-    QTest::newRow("a remark") << QByteArray("Reads root/a and root/b.\n") << none;
-    QTest::newRow("a remark of one word") << QByteArray("Nothing.\n") << none;
+    QTest::newRow("a comment") << QByteArray("Reads root/a and root/b.\n") << none;
+    QTest::newRow("a comment of one word") << QByteArray("Nothing.\n") << none;
     QTest::newRow("empty file") << QByteArray() << none;
     QTest::newRow("nothing before the =") << declaration
             + "=root/a\n" << QStringList("2: the line is ignored: no name stands before its \"=\"");
@@ -106,7 +106,7 @@ void EnvironmentLinesTest::problemsOfLines_data()
     QTest::newRow("a temporary key for a registry key")
         << QByteArray("A tmp/a\n") << QStringList("1: " + ignored);
     QTest::newRow("a path that is no registry key") << QByteArray("A etc/a\n") << none;
-    QTest::newRow("a remark that ends in a key") << QByteArray("See also root/a\n") << none;
+    QTest::newRow("a comment that ends in a key") << QByteArray("See also root/a\n") << none;
     QTest::newRow("a name of all letters, digits and underscores")
         << QByteArray("_aZ09=root/a\n") << none;
     QTest::newRow("a line that just fits") << QByteArray(1022, 'x') + "\n" << none;

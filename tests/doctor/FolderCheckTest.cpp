@@ -55,11 +55,11 @@ void FolderCheckTest::findings_data()
     QStringList const none;
     QString const known("root/USB/root/mass-storage/allowed");
     QTest::newRow("a script") << kUsb << QStringList("get.sh") << none;
-    QTest::newRow("helpers and remarks") << kUsb
-                                         << (QStringList() << "get.sh"
-                                                           << "functions.sh"
-                                                           << "README=x")
-                                         << none;
+    QTest::newRow("helpers and comments") << kUsb
+                                          << (QStringList() << "get.sh"
+                                                            << "functions.sh"
+                                                            << "README=x")
+                                          << none;
 
     QTest::newRow("a variable for a script") << kUsb
                                              << (QStringList() << "get.sh"
@@ -410,7 +410,7 @@ void FolderCheckTest::fileOfNoKeyIsFound_data()
     QTest::newRow("the last script") << "apply.sh" << true;
     QTest::newRow("an environment file") << "get.env" << true;
     QTest::newRow("the last environment file") << "commit.env" << true;
-    QTest::newRow("a remark") << "README" << false;
+    QTest::newRow("a comment") << "README" << false;
 }
 
 void FolderCheckTest::fileOfNoKeyIsFound()

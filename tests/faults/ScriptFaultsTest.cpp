@@ -135,7 +135,7 @@ private:
 
 void ScriptFaultsTest::initTestCase()
 {
-    QVERIFY2(!qgetenv("VANTORA_WORLD_RECORD").isEmpty(), "runs in the sandboxed world only");
+    QVERIFY2(!qgetenv("VANTORA_SANDBOX_RECORD").isEmpty(), "runs in the sandbox only");
     // What is opened for the first process of all stays open for the next.
     ScriptRequests requests;
     requests.runSucceeding(ScriptRequests::Get);

@@ -334,7 +334,7 @@ private slots:
 
 void WrappersDirectoryTest::initTestCase()
 {
-    QVERIFY2(!qgetenv("VANTORA_WORLD_RECORD").isEmpty(), "runs in the sandboxed world only");
+    QVERIFY2(!qgetenv("VANTORA_SANDBOX_RECORD").isEmpty(), "runs in the sandbox only");
     QVERIFY(obeyPermissions());
 }
 

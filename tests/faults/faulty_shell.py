@@ -129,7 +129,7 @@ def expect(holds, text):
 
 def run_cases(cases):
     """Calls one after the other and tells what they found. The exit status of the test."""
-    expect("VANTORA_WORLD_RECORD" in os.environ, "to be run in the sandboxed world only")
+    expect("VANTORA_SANDBOX_RECORD" in os.environ, "to be run in the sandbox only")
     failures = 0
     for case in cases:
         try:

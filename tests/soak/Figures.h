@@ -25,7 +25,7 @@ struct Figures
     int descriptors;
     int threads;
     int children;
-    /// Of the whole world, those that nobody is the parent of any more included.
+    /// Of the whole sandbox, those that nobody is the parent of any more included.
     int processes;
     int temporaryFiles;
     int semaphores;

@@ -8,12 +8,12 @@
 #include <QString>
 #include <QStringList>
 
-// The last commands of apply requests, as a test sees them in the sandboxed world.
+// The last commands of apply requests, as a test sees them in the sandbox.
 
-/// Those that were started, in order: the world writes them down.
+/// Those that were started, in order: the sandbox writes them down.
 inline QStringList startedCommands()
 {
-    QFile record(QString::fromLocal8Bit(qgetenv("VANTORA_WORLD_RECORD")));
+    QFile record(QString::fromLocal8Bit(qgetenv("VANTORA_SANDBOX_RECORD")));
     if (!record.open(QIODevice::ReadOnly))
         return QStringList();
     QStringList lines = QString::fromLocal8Bit(record.readAll()).split('\n');
@@ -24,7 +24,7 @@ inline QStringList startedCommands()
 /// From now on none was started.
 inline void forgetStartedCommands()
 {
-    QFile::remove(QString::fromLocal8Bit(qgetenv("VANTORA_WORLD_RECORD")));
+    QFile::remove(QString::fromLocal8Bit(qgetenv("VANTORA_SANDBOX_RECORD")));
 }
 
 inline QString pendingCommand()

@@ -81,7 +81,7 @@ private:
 void ApplyStormTest::initTestCase()
 {
     // Elsewhere the commands would be the machine's own.
-    QVERIFY2(!qgetenv("VANTORA_WORLD_RECORD").isEmpty(), "runs in the sandboxed world only");
+    QVERIFY2(!qgetenv("VANTORA_SANDBOX_RECORD").isEmpty(), "runs in the sandbox only");
 }
 
 void ApplyStormTest::init()

@@ -123,8 +123,8 @@ void NetworkManagerTest::initTestCase()
 {
     if (!QFile::exists(kDaemon))
         QSKIP("The package network-manager is not installed.", SkipAll);
-    QVERIFY2(!qgetenv("VANTORA_WORLD_RECORD").isEmpty(),
-             "NetworkManager would take over this machine's network: run it in host/world");
+    QVERIFY2(!qgetenv("VANTORA_SANDBOX_RECORD").isEmpty(),
+             "NetworkManager would take over this machine's network: run it in host/sandbox");
 
     QVERIFY(mBus.start());
     mSettings.write("NetworkManager.conf", kSettings + mConnections.path().toLatin1() + "\n");

@@ -150,8 +150,8 @@ private:
 void WirelessSettingClassTest::initTestCase()
 {
     mRoot = nullptr;
-    QVERIFY2(!qgetenv("VANTORA_WORLD_RECORD").isEmpty(),
-             "the connections of this machine would be written: run it in host/world");
+    QVERIFY2(!qgetenv("VANTORA_SANDBOX_RECORD").isEmpty(),
+             "the connections of this machine would be written: run it in host/sandbox");
     QVERIFY(mBus.start());
     QVERIFY(qputenv("DBUS_SYSTEM_BUS_ADDRESS", mBus.address().toLatin1()));
 
