@@ -6,6 +6,7 @@
 #include "support/RecordingAction.h"
 #include "support/TestBackend.h"
 #include "support/TestKit.h"
+#include "support/TestProgram.h"
 #include "support/TestWrappers.h"
 #include "tree/ConfigBranch.h"
 #include "tree/ConfigKey.h"
@@ -697,5 +698,5 @@ void ActionKitTest::poolsAreAStack()
     QVERIFY(mKit->popApplyThreadPool() == &first);
 }
 
-QTEST_MAIN(ActionKitTest)
+ZELVO_TEST(ActionKitTest)
 #include "ActionKitTest.moc"

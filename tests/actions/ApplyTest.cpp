@@ -8,6 +8,7 @@
 #include "support/ReleaseCounter.h"
 #include "support/TestBackend.h"
 #include "support/TestKit.h"
+#include "support/TestProgram.h"
 #include "support/TestWrappers.h"
 #include "support/Waiting.h"
 #include "support/WithoutPrivilege.h"
@@ -1010,5 +1011,5 @@ void ApplyTest::keeperWithoutAThread()
     QVERIFY(keeper.isNull());
 }
 
-QTEST_MAIN(ApplyTest)
+ZELVO_TEST(ApplyTest)
 #include "ApplyTest.moc"

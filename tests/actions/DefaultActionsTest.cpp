@@ -3,6 +3,7 @@
 #include "support/Footprint.h"
 #include "support/TestBackend.h"
 #include "support/TestKit.h"
+#include "support/TestProgram.h"
 #include "support/TestWrappers.h"
 #include "tree/ConfigBranch.h"
 #include "tree/ConfigKey.h"
@@ -876,5 +877,5 @@ void DefaultActionsTest::oneInstanceServesSeveralThreads()
     QCOMPARE(failures.load(), 0);
 }
 
-QTEST_MAIN(DefaultActionsTest)
+ZELVO_TEST(DefaultActionsTest)
 #include "DefaultActionsTest.moc"

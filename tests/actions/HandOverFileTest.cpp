@@ -5,6 +5,7 @@
 #include "actions/default/LastCommandTask.h"
 #include "support/LastCommandWatch.h"
 #include "support/TestBackend.h"
+#include "support/TestProgram.h"
 
 #include <QDir>
 #include <QThreadPool>
@@ -319,5 +320,5 @@ void HandOverFileTest::noOtherFileIsEverWritten()
     QCOMPARE(readFile(kOtherFile), QByteArray(kOtherContent));
 }
 
-QTEST_MAIN(HandOverFileTest)
+ZELVO_TEST(HandOverFileTest)
 #include "HandOverFileTest.moc"

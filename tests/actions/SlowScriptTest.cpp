@@ -6,6 +6,7 @@
 #include "support/Footprint.h"
 #include "support/TestBackend.h"
 #include "support/TestKit.h"
+#include "support/TestProgram.h"
 #include "support/TestWrappers.h"
 #include "support/Waiting.h"
 #include "tree/ConfigBranch.h"
@@ -130,7 +131,7 @@ bool exists(int pid)
 } // namespace
 
 /// Hears, on the threads of the scripts, how each has ended.
-class Listener : public QObject
+class SlowScriptListener : public QObject
 {
     Q_OBJECT
 
@@ -171,7 +172,7 @@ private slots:
 private:
     TestBackend mBackend;
     TestWrappers mWrappers;
-    Listener mListener;
+    SlowScriptListener mListener;
     QScopedPointer<ActivityReports> mReports;
     QScopedPointer<Footprint> mBefore;
     std::vector<QSharedPointer<Run>> mRuns;
@@ -254,5 +255,5 @@ void SlowScriptTest::nothingIsLeftBehind()
     QCOMPARE(Footprint().newSince(*mBefore), QStringList());
 }
 
-QTEST_MAIN(SlowScriptTest)
+ZELVO_TEST(SlowScriptTest)
 #include "SlowScriptTest.moc"

@@ -1,6 +1,7 @@
 #include "actions/default/WrapperFolders.h"
 
 #include "plugin/PluginScene.h"
+#include "support/TestProgram.h"
 #include "tree/ConfigBranch.h"
 #include "tree/ConfigKey.h"
 
@@ -188,6 +189,6 @@ void WrapperFoldersTest::folderThatAScriptRemovesIsMissedInTheSameRequest()
     QCOMPARE(get(), before);
 }
 
-QTEST_MAIN(WrapperFoldersTest)
+ZELVO_TEST(WrapperFoldersTest)
 
 #include "WrapperFoldersTest.moc"

@@ -1,5 +1,6 @@
 #include "actions/default/ApplyTask.h"
 #include "actions/default/Wrapper.h"
+#include "support/TestProgram.h"
 #include "support/TestWrappers.h"
 
 #include <QtTest>
@@ -149,5 +150,5 @@ void WrapperObserverTest::leavesQueuedScriptsAsTheyAre()
     QCOMPARE(Wrapper::sObserved(&task), static_cast<QRunnable*>(&task));
 }
 
-QTEST_MAIN(WrapperObserverTest)
+ZELVO_TEST(WrapperObserverTest)
 #include "WrapperObserverTest.moc"

@@ -1,6 +1,7 @@
 #include "common/DetachedProgram.h"
 
 #include "support/TestDirectory.h"
+#include "support/TestProgram.h"
 #include "support/Waiting.h"
 
 #include <QFile>
@@ -61,5 +62,5 @@ void DetachedProgramTest::programIsInASessionThatIsNotTheCallers()
     QVERIFY(session.toInt() != ::getsid(0));
 }
 
-QTEST_MAIN(DetachedProgramTest)
+ZELVO_TEST(DetachedProgramTest)
 #include "DetachedProgramTest.moc"

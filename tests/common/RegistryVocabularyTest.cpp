@@ -1,5 +1,7 @@
 #include "common/RegistryVocabulary.h"
 
+#include "support/TestProgram.h"
+
 #include <vantora/registry.h>
 
 #include <QtTest>
@@ -55,5 +57,5 @@ void RegistryVocabularyTest::wordsAreNumberedLikeTheHosts()
     QCOMPARE(changeKinds().value(REG_CHANGE_CREATED), QString("created"));
 }
 
-QTEST_MAIN(RegistryVocabularyTest)
+ZELVO_TEST(RegistryVocabularyTest)
 #include "RegistryVocabularyTest.moc"

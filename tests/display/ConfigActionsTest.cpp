@@ -1,6 +1,7 @@
 #include "display/ConfigActions.h"
 
 #include "DisplayBackend.h"
+#include "support/TestProgram.h"
 
 #include <QtTest>
 
@@ -231,6 +232,6 @@ void ConfigActionsTest::failedStepsOfCreation()
     QCOMPARE(backend.calls("commit"), QStringList("commit root/Display"));
 }
 
-QTEST_MAIN(ConfigActionsTest)
+ZELVO_TEST(ConfigActionsTest)
 
 #include "ConfigActionsTest.moc"

@@ -2,6 +2,7 @@
 
 #include "DisplayBackend.h"
 #include "support/Footprint.h"
+#include "support/TestProgram.h"
 #include "tree/ConfigKey.h"
 
 #include <QtTest>
@@ -978,6 +979,6 @@ void DisplayModeActionsTest::primaryMonitorOfAnInteger()
     QCOMPARE(mBackend->pendingValue(kSwap), stored);
 }
 
-QTEST_MAIN(DisplayModeActionsTest)
+ZELVO_TEST(DisplayModeActionsTest)
 
 #include "DisplayModeActionsTest.moc"

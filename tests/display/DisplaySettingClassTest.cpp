@@ -3,6 +3,7 @@
 #include "DisplayBackend.h"
 #include "actions/ActionKit.h"
 #include "display/ConfigActions.h"
+#include "support/TestProgram.h"
 #include "support/TestWrappers.h"
 #include "tree/ConfigKey.h"
 
@@ -353,6 +354,6 @@ void DisplaySettingClassTest::modesAreTheNumbersOfTheRegistry()
     QCOMPARE(ConfigKey("zelvo-view/display/multi_monitor_mode", QString(), nullptr).value(), mode);
 }
 
-QTEST_MAIN(DisplaySettingClassTest)
+ZELVO_TEST(DisplaySettingClassTest)
 
 #include "DisplaySettingClassTest.moc"

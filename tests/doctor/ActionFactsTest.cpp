@@ -3,6 +3,7 @@
 #include "TestView.h"
 #include "doctor/Explanation.h"
 #include "doctor/ViewMap.h"
+#include "support/TestProgram.h"
 
 #include <QtTest>
 
@@ -195,5 +196,5 @@ void ActionFactsTest::keyThatTheViewDoesNotHave()
     QVERIFY(!ExaminedEntry(scene.view, key).isKnown());
 }
 
-QTEST_MAIN(ActionFactsTest)
+ZELVO_TEST(ActionFactsTest)
 #include "ActionFactsTest.moc"

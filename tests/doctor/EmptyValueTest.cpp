@@ -1,5 +1,7 @@
 #include "doctor/EmptyValue.h"
 
+#include "support/TestProgram.h"
+
 #include <QtTest>
 
 class EmptyValueTest : public QObject
@@ -197,5 +199,5 @@ void EmptyValueTest::notGuessed()
     QVERIFY(!seemsToKeepEmptyValue(script));
 }
 
-QTEST_MAIN(EmptyValueTest)
+ZELVO_TEST(EmptyValueTest)
 #include "EmptyValueTest.moc"

@@ -1,6 +1,7 @@
 #include "doctor/EnvironmentLines.h"
 
 #include "support/TestDirectory.h"
+#include "support/TestProgram.h"
 
 #include <QtTest>
 
@@ -155,5 +156,5 @@ void EnvironmentLinesTest::missingFileHasNone()
     QVERIFY(lines.problems.isEmpty());
 }
 
-QTEST_MAIN(EnvironmentLinesTest)
+ZELVO_TEST(EnvironmentLinesTest)
 #include "EnvironmentLinesTest.moc"

@@ -2,6 +2,7 @@
 
 #include "TestView.h"
 #include "doctor/TreeCheck.h"
+#include "support/TestProgram.h"
 
 #include <QtTest>
 
@@ -571,5 +572,5 @@ void FolderCheckTest::everyKeyMayHaveItsScripts()
     QCOMPARE(checkWrappers(scene.view).size(), 0);
 }
 
-QTEST_MAIN(FolderCheckTest)
+ZELVO_TEST(FolderCheckTest)
 #include "FolderCheckTest.moc"

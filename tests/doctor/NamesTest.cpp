@@ -1,5 +1,7 @@
 #include "doctor/Names.h"
 
+#include "support/TestProgram.h"
+
 #include <QtTest>
 
 class NamesTest : public QObject
@@ -57,5 +59,5 @@ void NamesTest::likelyMeantOf()
     QCOMPARE(likelyMeant(name, known).isNull(), meant.isNull());
 }
 
-QTEST_MAIN(NamesTest)
+ZELVO_TEST(NamesTest)
 #include "NamesTest.moc"

@@ -1,5 +1,7 @@
 #include "doctor/Reports.h"
 
+#include "support/TestProgram.h"
+
 #include <QtTest>
 
 class ReportsTest : public QObject
@@ -88,5 +90,5 @@ void ReportsTest::documentKeepsItsTable()
     QVERIFY(document.contains("\n| `area/key` | string | `a\\|b` | `root/key` | get, set |\n"));
 }
 
-QTEST_MAIN(ReportsTest)
+ZELVO_TEST(ReportsTest)
 #include "ReportsTest.moc"

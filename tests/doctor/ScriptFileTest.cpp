@@ -3,6 +3,7 @@
 #include "actions/default/Wrapper.h"
 #include "common/Text.h"
 #include "support/TestDirectory.h"
+#include "support/TestProgram.h"
 
 #include <QDir>
 #include <QFile>
@@ -322,5 +323,5 @@ void ScriptFileTest::pathsThatACommandLineSplits()
     QCOMPARE(described(problemsOfScript(script, OwnEnvironment)), QStringList());
 }
 
-QTEST_MAIN(ScriptFileTest)
+ZELVO_TEST(ScriptFileTest)
 #include "ScriptFileTest.moc"

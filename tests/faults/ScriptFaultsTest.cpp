@@ -3,6 +3,7 @@
 
 #include "faults/ScriptRequests.h"
 #include "support/Footprint.h"
+#include "support/TestProgram.h"
 #include "support/Waiting.h"
 
 #include <QDir>
@@ -452,5 +453,5 @@ void ScriptFaultsTest::outputWithoutEndIsAFailure()
     QVERIFY(waitUntil([group] { return !exists(group); }));
 }
 
-QTEST_MAIN(ScriptFaultsTest)
+ZELVO_TEST(ScriptFaultsTest)
 #include "ScriptFaultsTest.moc"

@@ -3,6 +3,8 @@
 
 #include "faults/ScriptRequests.h"
 
+#include "support/TestProgram.h"
+
 #include <QDir>
 #include <QFile>
 #include <QtTest>
@@ -391,5 +393,5 @@ void WrappersDirectoryTest::listing()
                            << "key " + requests.scene.at("usb/read_only"));
 }
 
-QTEST_MAIN(WrappersDirectoryTest)
+ZELVO_TEST(WrappersDirectoryTest)
 #include "WrappersDirectoryTest.moc"

@@ -1,3 +1,5 @@
+#include "support/TestProgram.h"
+
 #include <vantora/abstractplugin.h>
 #include <vantora/registry.h>
 #include <vantora/vantora.h>
@@ -250,5 +252,5 @@ void AbstractPluginTest::containsBeforeTheStart()
     QCOMPARE(fresh.contains(kKey), 1);
 }
 
-QTEST_MAIN(AbstractPluginTest)
+ZELVO_TEST(AbstractPluginTest)
 #include "AbstractPluginTest.moc"

@@ -1,6 +1,7 @@
 #include "registry/DefaultSettings.h"
 
 #include "support/TestDirectory.h"
+#include "support/TestProgram.h"
 
 #include <QScopedPointer>
 #include <QStringList>
@@ -428,5 +429,5 @@ void DefaultSettingsTest::shippedViewDirectories()
     QCOMPARE(names(settings, key.constData()).join(QLatin1String(" ")), children);
 }
 
-QTEST_MAIN(DefaultSettingsTest)
+ZELVO_TEST(DefaultSettingsTest)
 #include "DefaultSettingsTest.moc"

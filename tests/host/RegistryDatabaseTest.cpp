@@ -1,6 +1,7 @@
 #include "host/OpenRegistry.h"
 #include "support/DiskSyncs.h"
 #include "support/TestDirectory.h"
+#include "support/TestProgram.h"
 
 #include <initializer_list>
 
@@ -508,5 +509,5 @@ void RegistryDatabaseTest::journalBesideAForeignFileIsNoExcuse()
     QVERIFY(scratch.read("registry.db-journal") == journal);
 }
 
-QTEST_MAIN(RegistryDatabaseTest)
+ZELVO_TEST(RegistryDatabaseTest)
 #include "RegistryDatabaseTest.moc"

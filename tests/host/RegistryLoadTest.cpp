@@ -1,5 +1,6 @@
 #include "host/OpenRegistry.h"
 #include "support/TestDirectory.h"
+#include "support/TestProgram.h"
 
 #include <QElapsedTimer>
 
@@ -204,5 +205,5 @@ void RegistryLoadTest::oversizedValueAgainstARegularExpression()
     QCOMPARE(registry.set("root/k", huge + "b"), 0);
 }
 
-QTEST_MAIN(RegistryLoadTest)
+ZELVO_TEST(RegistryLoadTest)
 #include "RegistryLoadTest.moc"

@@ -1,5 +1,6 @@
 #include "host/OpenRegistry.h"
 #include "support/TestDirectory.h"
+#include "support/TestProgram.h"
 
 #include <vantora/abstractplugin.h>
 
@@ -432,5 +433,5 @@ void RegistryRoutingTest::requestsTakeTurns()
     QVERIFY(isDone);
 }
 
-QTEST_MAIN(RegistryRoutingTest)
+ZELVO_TEST(RegistryRoutingTest)
 #include "RegistryRoutingTest.moc"

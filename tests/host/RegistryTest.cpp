@@ -1,5 +1,6 @@
 #include "host/OpenRegistry.h"
 #include "support/TestDirectory.h"
+#include "support/TestProgram.h"
 
 class RegistryTest : public QObject
 {
@@ -828,5 +829,5 @@ void RegistryTest::cloneAndWatchAreNotSupported()
     QCOMPARE(registry.pending(), QStringList());
 }
 
-QTEST_MAIN(RegistryTest)
+ZELVO_TEST(RegistryTest)
 #include "RegistryTest.moc"

@@ -1,5 +1,6 @@
 #include "host/OpenRegistry.h"
 #include "support/TestDirectory.h"
+#include "support/TestProgram.h"
 
 #include <initializer_list>
 
@@ -398,5 +399,5 @@ void RegistryXmlTest::largeExport()
     QCOMPARE(target.answers(kRdp).size(), sessions);
 }
 
-QTEST_MAIN(RegistryXmlTest)
+ZELVO_TEST(RegistryXmlTest)
 #include "RegistryXmlTest.moc"

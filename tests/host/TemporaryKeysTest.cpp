@@ -1,5 +1,6 @@
 #include "host/OpenRegistry.h"
 #include "support/TestDirectory.h"
+#include "support/TestProgram.h"
 
 class TemporaryKeysTest : public QObject
 {
@@ -226,5 +227,5 @@ void TemporaryKeysTest::nothingIsKept()
     QCOMPARE(reopened.answers("tmp"), QStringList());
 }
 
-QTEST_MAIN(TemporaryKeysTest)
+ZELVO_TEST(TemporaryKeysTest)
 #include "TemporaryKeysTest.moc"

@@ -1,5 +1,7 @@
 #include "registry/ValueType.h"
 
+#include "support/TestProgram.h"
+
 #include <QtTest>
 
 class ValueTypeTest : public QObject
@@ -158,5 +160,5 @@ void ValueTypeTest::boolWords()
     QCOMPARE(typeAdmits(REG_TYPE_BOOL, text), expected);
 }
 
-QTEST_MAIN(ValueTypeTest)
+ZELVO_TEST(ValueTypeTest)
 #include "ValueTypeTest.moc"

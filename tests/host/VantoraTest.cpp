@@ -1,3 +1,5 @@
+#include "support/TestProgram.h"
+
 #include <vantora/vantora.h>
 
 #include <QtTest>
@@ -153,5 +155,5 @@ void VantoraTest::noAnswerIsNoValue()
     QCOMPARE(out, QString::fromLatin1("before"));
 }
 
-QTEST_MAIN(VantoraTest)
+ZELVO_TEST(VantoraTest)
 #include "VantoraTest.moc"

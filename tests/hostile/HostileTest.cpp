@@ -8,6 +8,7 @@
 #include "registry/RegistryHost.h"
 #include "support/Footprint.h"
 #include "support/TestDirectory.h"
+#include "support/TestProgram.h"
 
 #include <vantora/abstractplugin.h>
 
@@ -490,5 +491,5 @@ void HostileTest::checkValue(QString const& value, int keys) const
     QCOMPARE(labels > 0, !isTooLarge);
 }
 
-QTEST_MAIN(HostileTest)
+ZELVO_TEST(HostileTest)
 #include "HostileTest.moc"

@@ -4,6 +4,7 @@
 #include "plugin/PluginScene.h"
 #include "support/LastCommandWatch.h"
 #include "support/ReleaseCounter.h"
+#include "support/TestProgram.h"
 
 #include <QMutex>
 #include <QMutexLocker>
@@ -251,5 +252,5 @@ void ActivityReportsTest::pluginThatIsGoneTellsNothing()
     QCOMPARE(listener.told(), QStringList());
 }
 
-QTEST_MAIN(ActivityReportsTest)
+ZELVO_TEST(ActivityReportsTest)
 #include "ActivityReportsTest.moc"

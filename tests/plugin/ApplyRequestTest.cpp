@@ -3,6 +3,7 @@
 #include "actions/ActionKit.h"
 #include "actions/default/DefaultApplyAction.h"
 #include "plugin/PluginScene.h"
+#include "support/TestProgram.h"
 #include "support/Waiting.h"
 
 #include <QPointer>
@@ -273,5 +274,5 @@ void ApplyRequestTest::pluginIsDeletedInItsThreadInTheMiddle()
     QVERIFY(mScene->wrappers.exists("zelvo-view/radio/ssid", "ran"));
 }
 
-QTEST_MAIN(ApplyRequestTest)
+ZELVO_TEST(ApplyRequestTest)
 #include "ApplyRequestTest.moc"

@@ -1,6 +1,7 @@
 #include "plugin/AutoThread.h"
 
 #include "common/QtCompat.h"
+#include "support/TestProgram.h"
 #include "support/Waiting.h"
 
 #include <QPointer>
@@ -103,5 +104,5 @@ void AutoThreadTest::metacast()
     QVERIFY(!keeper.qt_metacast("QThread"));
 }
 
-QTEST_MAIN(AutoThreadTest)
+ZELVO_TEST(AutoThreadTest)
 #include "AutoThreadTest.moc"

@@ -2,6 +2,8 @@
 
 #include "plugin/PluginScene.h"
 
+#include "support/TestProgram.h"
+
 #include <QElapsedTimer>
 #include <QtTest>
 
@@ -284,5 +286,5 @@ void BadInputTest::environmentFileOfRandomBytesDoesNoHarm()
     QCOMPARE(scene.backend.calls("set") + scene.backend.calls("commit"), QStringList());
 }
 
-QTEST_MAIN(BadInputTest)
+ZELVO_TEST(BadInputTest)
 #include "BadInputTest.moc"

@@ -6,6 +6,7 @@
 #include "registry/RegistryHost.h"
 #include "support/TestDirectory.h"
 #include "support/TestKit.h"
+#include "support/TestProgram.h"
 #include "support/TestWrappers.h"
 #include "tree/ConfigKey.h"
 #include "tree/ConfigTree.h"
@@ -571,5 +572,5 @@ void CommitCombinationsTest::storesAndTellsWhatTheModelSays()
     }
 }
 
-QTEST_MAIN(CommitCombinationsTest)
+ZELVO_TEST(CommitCombinationsTest)
 #include "CommitCombinationsTest.moc"

@@ -3,6 +3,7 @@
 #include "support/TestBackend.h"
 #include "support/TestDirectory.h"
 #include "support/TestKit.h"
+#include "support/TestProgram.h"
 #include "support/TestWrappers.h"
 #include "tree/ConfigTree.h"
 
@@ -296,5 +297,5 @@ void NestedRequestTest::commitOfAllIsOneTransaction()
     QVERIFY(!directory.read("registry.db-wal").isEmpty());
 }
 
-QTEST_MAIN(NestedRequestTest)
+ZELVO_TEST(NestedRequestTest)
 #include "NestedRequestTest.moc"

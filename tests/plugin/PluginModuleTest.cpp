@@ -1,6 +1,8 @@
 // The plugin as it is built and shipped: what the file shows to a loader, and what its entry points
 // answer.
 
+#include "support/TestProgram.h"
+
 #include <vantora/abstractplugin.h>
 
 #include <QPointer>
@@ -191,5 +193,5 @@ void PluginModuleTest::metacast()
         QVERIFY(!answer);
 }
 
-QTEST_MAIN(PluginModuleTest)
+ZELVO_TEST(PluginModuleTest)
 #include "PluginModuleTest.moc"

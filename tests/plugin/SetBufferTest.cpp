@@ -2,6 +2,7 @@
 
 #include "plugin/PluginScene.h"
 #include "support/RecordingAction.h"
+#include "support/TestProgram.h"
 #include "tree/ConfigKey.h"
 #include "tree/ConfigTree.h"
 
@@ -1048,5 +1049,5 @@ void SetBufferTest::manySessionsStayPending()
     QCOMPARE(scene.backend.value(registrySession(numberedSession(199)) + "/label"), QString("199"));
 }
 
-QTEST_MAIN(SetBufferTest)
+ZELVO_TEST(SetBufferTest)
 #include "SetBufferTest.moc"

@@ -2,6 +2,7 @@
 
 #include "actions/registry/ActionScene.h"
 #include "actions/registry/AutostartActions.h"
+#include "support/TestProgram.h"
 
 #include <QSet>
 #include <QVariant>
@@ -351,5 +352,5 @@ void ViewKeyMapTest::hasNoRegistration()
     QVERIFY(scene.actionsOf(entry) == defaults);
 }
 
-QTEST_MAIN(ViewKeyMapTest)
+ZELVO_TEST(ViewKeyMapTest)
 #include "ViewKeyMapTest.moc"

@@ -3,6 +3,7 @@
 #include "actions/IConfigAction.h"
 #include "plugin/PluginScene.h"
 #include "support/Footprint.h"
+#include "support/TestProgram.h"
 #include "support/Waiting.h"
 #include "tree/ConfigTree.h"
 
@@ -1078,5 +1079,5 @@ void ZelvoViewTest::oneSessionOfManyIsNotLookedFor()
     QCOMPARE(scene.backend.calls().count("get root/ConnectionType/rdesktop/connections"), 1);
 }
 
-QTEST_MAIN(ZelvoViewTest)
+ZELVO_TEST(ZelvoViewTest)
 #include "ZelvoViewTest.moc"

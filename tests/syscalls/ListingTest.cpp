@@ -3,6 +3,7 @@
 #include "actions/ActionKit.h"
 #include "actions/IConfigAction.h"
 #include "plugin/PluginScene.h"
+#include "support/TestProgram.h"
 #include "tree/IConfigEntry.h"
 
 #include <QtTest>
@@ -68,6 +69,6 @@ void ListingTest::actionIsAskedForEachSession()
     QCOMPARE(answer, QStringList() << "dir " + scene.at("rdp/sessions/") + kShown);
 }
 
-QTEST_MAIN(ListingTest)
+ZELVO_TEST(ListingTest)
 
 #include "ListingTest.moc"

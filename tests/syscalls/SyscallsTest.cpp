@@ -4,6 +4,7 @@
 #include "SyscallCounter.h"
 #include "plugin/ZelvoView.h"
 #include "registry/RegistryHost.h"
+#include "support/TestProgram.h"
 #include "support/TestWrappers.h"
 
 #include <QFileInfo>
@@ -198,6 +199,6 @@ void SyscallsTest::setAndCommit()
     QCOMPARE(calls, expected);
 }
 
-QTEST_MAIN(SyscallsTest)
+ZELVO_TEST(SyscallsTest)
 
 #include "SyscallsTest.moc"

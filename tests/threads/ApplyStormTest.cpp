@@ -5,6 +5,7 @@
 #include "support/Footprint.h"
 #include "support/LastCommandWatch.h"
 #include "support/ReleaseCounter.h"
+#include "support/TestProgram.h"
 #include "support/Waiting.h"
 
 #include <QDir>
@@ -283,5 +284,5 @@ void ApplyStormTest::nothingIsKept()
     QVERIFY(waitUntil([this] { return mScene->plugin->children().isEmpty(); }));
 }
 
-QTEST_MAIN(ApplyStormTest)
+ZELVO_TEST(ApplyStormTest)
 #include "ApplyStormTest.moc"

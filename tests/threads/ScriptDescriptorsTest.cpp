@@ -2,6 +2,7 @@
 // the same time and whatever the other threads have open then.
 
 #include "plugin/PluginScene.h"
+#include "support/TestProgram.h"
 #include "support/Waiting.h"
 
 #include <QDir>
@@ -191,5 +192,5 @@ void ScriptDescriptorsTest::scriptsOfManyRequestsInheritNothing()
         checkDescriptors(folder(script), kRounds * kRequests);
 }
 
-QTEST_MAIN(ScriptDescriptorsTest)
+ZELVO_TEST(ScriptDescriptorsTest)
 #include "ScriptDescriptorsTest.moc"

@@ -1,6 +1,7 @@
 #include "support/RecordingAction.h"
 #include "support/TestBackend.h"
 #include "support/TestKit.h"
+#include "support/TestProgram.h"
 #include "support/WatchedEntries.h"
 
 #include <QtTest>
@@ -860,5 +861,5 @@ void ConfigEntryTest::bufferHoldsAnyText()
     QVERIFY(key.bufferValue() == text);
 }
 
-QTEST_MAIN(ConfigEntryTest)
+ZELVO_TEST(ConfigEntryTest)
 #include "ConfigEntryTest.moc"

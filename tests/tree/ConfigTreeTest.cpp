@@ -3,6 +3,7 @@
 #include "support/RecordingAction.h"
 #include "support/TestBackend.h"
 #include "support/TestKit.h"
+#include "support/TestProgram.h"
 #include "support/TestRegistry.h"
 #include "support/WatchedEntries.h"
 
@@ -757,5 +758,5 @@ void ConfigTreeTest::uuidsAreResolvedUnderAnyRoot()
     QCOMPARE(entry->path(), QString("zelvo-view/ica/sessions/") + kUuidA + "/name");
 }
 
-QTEST_MAIN(ConfigTreeTest)
+ZELVO_TEST(ConfigTreeTest)
 #include "ConfigTreeTest.moc"

@@ -1,5 +1,7 @@
 #include "tree/KeyPath.h"
 
+#include "support/TestProgram.h"
+
 #include <QtTest>
 
 class KeyPathTest : public QObject
@@ -286,5 +288,5 @@ void KeyPathTest::pathOfAMegabyteIsTakenApart()
     QVERIFY(KeyPath("a").isRootOf(path.toString()));
 }
 
-QTEST_MAIN(KeyPathTest)
+ZELVO_TEST(KeyPathTest)
 #include "KeyPathTest.moc"

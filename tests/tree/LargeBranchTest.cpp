@@ -1,5 +1,6 @@
 #include "support/TestBackend.h"
 #include "support/TestKit.h"
+#include "support/TestProgram.h"
 #include "tree/ConfigBranch.h"
 #include "tree/ConfigKey.h"
 
@@ -200,5 +201,5 @@ void LargeBranchTest::cloneHasTheSameChildren()
     QCOMPARE(third->bufferValue(), QString("kept"));
 }
 
-QTEST_MAIN(LargeBranchTest)
+ZELVO_TEST(LargeBranchTest)
 #include "LargeBranchTest.moc"

@@ -2,6 +2,7 @@
 
 #include "support/DiskSyncs.h"
 #include "support/TestDirectory.h"
+#include "support/TestProgram.h"
 #include "support/WithoutPrivilege.h"
 #include "wireless/WarningRecorder.h"
 
@@ -936,5 +937,5 @@ void NMConfFileTest::whatWasWrittenReadsBackTheSame()
     QCOMPARE(read.toString(), written.toString());
 }
 
-QTEST_MAIN(NMConfFileTest)
+ZELVO_TEST(NMConfFileTest)
 #include "NMConfFileTest.moc"

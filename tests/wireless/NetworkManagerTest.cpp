@@ -3,6 +3,7 @@
 
 #include "common/QtCompat.h"
 #include "support/TestDirectory.h"
+#include "support/TestProgram.h"
 #include "wireless/NMConfFile.h"
 #include "wireless/PrivateBus.h"
 #include "wireless/WirelessSystem.h"
@@ -64,16 +65,21 @@ Result run(PrivateBus const& bus, QString const& program, QStringList const& arg
 
 /// The daemon needs root, and a network that is root's. An ordinary user starts the program again
 /// as root of a namespace with a network of its own.
-void becomeRoot(char** arguments)
+void becomeRoot()
 {
     if (geteuid() == 0)
         return;
-    QByteArray const self = QFile::encodeName(QFileInfo("/proc/self/exe").canonicalFilePath());
+    QFile commandLine("/proc/self/cmdline");
+    if (!commandLine.open(QIODevice::ReadOnly))
+        return;
+    QList<QByteArray> arguments = commandLine.readAll().split('\0');
+    arguments.removeLast(); // behind the last NUL
+    arguments[0] = QFile::encodeName(QFileInfo("/proc/self/exe").canonicalFilePath());
     std::vector<char const*> command
-        = {"bwrap", "--unshare-user", "--uid",      "0", "--gid", "0",  "--cap-add",
-           "ALL",   "--unshare-net",  "--dev-bind", "/", "/",     "--", self.constData()};
-    for (char** argument = arguments + 1; *argument; ++argument)
-        command.push_back(*argument);
+        = {"bwrap", "--unshare-user", "--uid",      "0", "--gid", "0", "--cap-add",
+           "ALL",   "--unshare-net",  "--dev-bind", "/", "/",     "--"};
+    for (QByteArray const& argument : arguments)
+        command.push_back(argument.constData());
     command.push_back(nullptr);
     // Comes back only when there is no bwrap; the daemon then says what it misses.
     execvp(command[0], const_cast<char* const*>(command.data()));
@@ -125,6 +131,7 @@ void NetworkManagerTest::initTestCase()
         QSKIP("The package network-manager is not installed.", SkipAll);
     QVERIFY2(!qgetenv("VANTORA_SANDBOX_RECORD").isEmpty(),
              "NetworkManager would take over this machine's network: run it in host/sandbox");
+    becomeRoot();
 
     QVERIFY(mBus.start());
     mSettings.write("NetworkManager.conf", kSettings + mConnections.path().toLatin1() + "\n");
@@ -338,12 +345,5 @@ void NetworkManagerTest::suspendedDaemonIsNoDeviceUntilItGoesOn()
     QCOMPARE(resumed.errors, QString());
 }
 
-int main(int argc, char** argv)
-{
-    becomeRoot(argv);
-    QCoreApplication application(argc, argv);
-    NetworkManagerTest test;
-    return QTest::qExec(&test, argc, argv);
-}
-
+ZELVO_TEST(NetworkManagerTest)
 #include "NetworkManagerTest.moc"

@@ -6,6 +6,7 @@
 #include "support/Footprint.h"
 #include "support/TestBackend.h"
 #include "support/TestKit.h"
+#include "support/TestProgram.h"
 #include "support/TestWrappers.h"
 #include "tree/ConfigBranch.h"
 #include "tree/ConfigKey.h"
@@ -648,5 +649,5 @@ void WirelessSettingClassTest::readingManyTimesKeepsNoDescriptors()
     QCOMPARE(Footprint().newSince(before), QStringList());
 }
 
-QTEST_MAIN(WirelessSettingClassTest)
+ZELVO_TEST(WirelessSettingClassTest)
 #include "WirelessSettingClassTest.moc"

@@ -2,6 +2,7 @@
 
 #include "common/QtCompat.h"
 #include "support/TestDirectory.h"
+#include "support/TestProgram.h"
 #include "wireless/NMConfFile.h"
 #include "wireless/PrivateBus.h"
 #include "wireless/WarningRecorder.h"
@@ -747,5 +748,5 @@ void WirelessSystemTest::networkManagerThatNeverAnswersIsCalledOnce()
     QVERIFY(isQuoted(mMuteProbe->warnings().first()));
 }
 
-QTEST_MAIN(WirelessSystemTest)
+ZELVO_TEST(WirelessSystemTest)
 #include "WirelessSystemTest.moc"

@@ -1,6 +1,7 @@
 #include "actions/registry/AutostartActions.h"
 
 #include "actions/registry/ActionScene.h"
+#include "support/TestProgram.h"
 
 #include <QVariant>
 #include <QtTest>
@@ -202,5 +203,5 @@ void AutostartActionsTest::writingReachesAllTargets()
                            << "set root/{c0ffee00-1234-4321-abcd-0123456789ab}/b 1");
 }
 
-QTEST_MAIN(AutostartActionsTest)
+ZELVO_TEST(AutostartActionsTest)
 #include "AutostartActionsTest.moc"

@@ -1,6 +1,7 @@
 #include "actions/registry/EnvironmentFile.h"
 
 #include "support/TestDirectory.h"
+#include "support/TestProgram.h"
 
 #include <QByteArray>
 #include <QDir>
@@ -270,5 +271,5 @@ void EnvironmentFileTest::randomBytesGiveOnlyNamedDeclarations()
     QVERIFY(found > 0);
 }
 
-QTEST_MAIN(EnvironmentFileTest)
+ZELVO_TEST(EnvironmentFileTest)
 #include "EnvironmentFileTest.moc"

@@ -1,6 +1,7 @@
 #include "actions/registry/RegistryActions.h"
 
 #include "actions/registry/ActionScene.h"
+#include "support/TestProgram.h"
 
 #include <QThreadPool>
 #include <QVariant>
@@ -1119,5 +1120,5 @@ void RegistryActionsTest::applyScriptIsQueuedAndTheBackendNotAsked()
     QCOMPARE(scene.backend.calls(), QStringList());
 }
 
-QTEST_MAIN(RegistryActionsTest)
+ZELVO_TEST(RegistryActionsTest)
 #include "RegistryActionsTest.moc"

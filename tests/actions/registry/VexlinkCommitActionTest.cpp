@@ -1,6 +1,7 @@
 #include "actions/registry/VexlinkCommitAction.h"
 
 #include "actions/registry/ActionScene.h"
+#include "support/TestProgram.h"
 
 #include <QVariant>
 #include <QtTest>
@@ -257,5 +258,5 @@ void VexlinkCommitActionTest::sessionThatCannotBeCommittedFails()
     QVERIFY(!VexlinkCommitAction(kTemplate).execute(scene.branch(kSession), data));
 }
 
-QTEST_MAIN(VexlinkCommitActionTest)
+ZELVO_TEST(VexlinkCommitActionTest)
 #include "VexlinkCommitActionTest.moc"

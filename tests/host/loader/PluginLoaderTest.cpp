@@ -1,5 +1,7 @@
 #include "loader/PluginLoader.h"
 
+#include "support/TestProgram.h"
+
 #include <vantora/abstractplugin.h>
 
 #include <QDir>
@@ -224,6 +226,6 @@ void PluginLoaderTest::fileThatIsNoModuleIsAMessage()
     QVERIFY(!loader.load(QString(), error));
 }
 
-QTEST_MAIN(PluginLoaderTest)
+ZELVO_TEST(PluginLoaderTest)
 
 #include "PluginLoaderTest.moc"

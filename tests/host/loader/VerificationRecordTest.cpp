@@ -1,5 +1,7 @@
 #include "loader/VerificationRecord.h"
 
+#include "support/TestProgram.h"
+
 #include <QtTest>
 
 class VerificationRecordTest : public QObject
@@ -107,6 +109,6 @@ void VerificationRecordTest::mismatch()
     QVERIFY(mismatch.size() < aLine);
 }
 
-QTEST_MAIN(VerificationRecordTest)
+ZELVO_TEST(VerificationRecordTest)
 
 #include "VerificationRecordTest.moc"

@@ -1,5 +1,7 @@
 #include "shell/ApplyWait.h"
 
+#include "support/TestProgram.h"
+
 #include <QSystemSemaphore>
 #include <QtTest>
 
@@ -77,6 +79,6 @@ void ApplyWaitTest::formerReleaseDoesNotCount()
     QVERIFY(!wait.wait(kShortSeconds));
 }
 
-QTEST_MAIN(ApplyWaitTest)
+ZELVO_TEST(ApplyWaitTest)
 
 #include "ApplyWaitTest.moc"

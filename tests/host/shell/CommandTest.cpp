@@ -1,6 +1,7 @@
 #include "shell/Command.h"
 
 #include "shell/KeyNames.h"
+#include "support/TestProgram.h"
 
 #include <QtTest>
 
@@ -275,6 +276,6 @@ void CommandTest::fullKeyOf()
     QCOMPARE(fullKey(typed), key);
 }
 
-QTEST_MAIN(CommandTest)
+ZELVO_TEST(CommandTest)
 
 #include "CommandTest.moc"

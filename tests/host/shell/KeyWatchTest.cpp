@@ -2,6 +2,7 @@
 
 #include "host/OpenRegistry.h"
 #include "shell/Reply.h"
+#include "support/TestProgram.h"
 
 class KeyWatchTest : public QObject
 {
@@ -86,6 +87,6 @@ void KeyWatchTest::keyThatIsNotThere()
     QCOMPARE(watch.code(), 1);
 }
 
-QTEST_MAIN(KeyWatchTest)
+ZELVO_TEST(KeyWatchTest)
 
 #include "KeyWatchTest.moc"

@@ -1,5 +1,7 @@
 #include "shell/Terminal.h"
 
+#include "support/TestProgram.h"
+
 #include <QtTest>
 
 namespace {
@@ -62,5 +64,5 @@ void TerminalTest::styleDoesNotCountAsWidth()
     QCOMPARE(columnsOf(names, 7, inBrackets), QString("<a>  <b>  <c>\n"));
 }
 
-QTEST_MAIN(TerminalTest)
+ZELVO_TEST(TerminalTest)
 #include "TerminalTest.moc"
