@@ -1,4 +1,5 @@
-# Sourced by ./test: what clang-format, clang-tidy and cppcheck find in the sources.
+# Sourced by ./test: what the compiler finds in each header by itself, and clang-format, clang-tidy and
+# cppcheck in the sources.
 #
 # Needs `project`, the project's folder, and cmake/setup.sh. The format stands in .clang-format, what is
 # looked for in .clang-tidy, what shall be overlooked in .cppcheck-suppressions and beside the line.
@@ -9,12 +10,12 @@ kPackages+=(clang-format clang-tidy cppcheck)
 # @return 0 when none has found anything.
 analyse() {
     installPackages
-    configure dev
     local found=0
+    (build analyse headers) || found=1
     runClangFormat || found=1
     runClangTidy || found=1
     runCppcheck || found=1
-    [ $found -eq 0 ] && echo "clang-format, clang-tidy and cppcheck have found nothing."
+    [ $found -eq 0 ] && echo "The compiler, clang-format, clang-tidy and cppcheck have found nothing."
     return $found
 }
 
@@ -27,7 +28,7 @@ runClangTidy() {
     local folders
     folders=$(IFS='|'; echo "${kAnalysed[*]}")
     # It prints each command, and how many warnings there are in the toolkit's headers.
-    run-clang-tidy -quiet -p "$project/build/dev" -j "$(nproc)" \
+    run-clang-tidy -quiet -p "$project/build/analyse" -j "$(nproc)" \
         "^$project/($folders)/.*\\.cpp\$" 2>&1 \
         | grep -v -e '^clang-tidy' -e 'warnings\? generated' -e '^$'
     return "${PIPESTATUS[0]}"
