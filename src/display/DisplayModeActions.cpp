@@ -14,6 +14,8 @@
 
 namespace {
 
+BackEnd const kDisplaySettings = {"display", "display settings", "the display settings"};
+
 QLatin1String const kConfiguration("root/Display/Configuration");
 
 // Made by the platform for its graphics driver: a list of what the display can do, or a link to the
@@ -96,7 +98,7 @@ DisplayModeActions::DisplayModeActions(Vantora& backend, QString const& director
 {
 }
 
-bool DisplayModeActions::execute(IConfigEntry const&, QVariant& value)
+bool DisplayModeActions::execute(IConfigEntry const& entry, QVariant& value)
 {
     switch (currentAction()) {
     case ISettingClass::ACTION_VALUE: {
@@ -108,7 +110,7 @@ bool DisplayModeActions::execute(IConfigEntry const&, QVariant& value)
         return !path.isNull() && writeView(keysIn(path), value);
     }
     case ISettingClass::ACTION_COMMIT: {
-        QStringList const keys = registryKeys();
+        QStringList const keys = keysToCommit(entry);
         return !keys.isEmpty() && commit(keys);
     }
     default:
@@ -116,12 +118,21 @@ bool DisplayModeActions::execute(IConfigEntry const&, QVariant& value)
     }
 }
 
+ActionDescription DisplayModeActions::describe(IConfigEntry const& entry) const
+{
+    ActionDescription description = DescribedAction::describe(entry);
+    description.backEnd = &kDisplaySettings;
+    description.registryKeys = registryKeyTemplates();
+    description.runsScript = false;
+    return description;
+}
+
 QStringList DisplayModeActions::registryKeyTemplates() const
 {
     return keysIn(mDirectoryTemplate);
 }
 
-QStringList DisplayModeActions::registryKeys()
+QStringList DisplayModeActions::keysToCommit(IConfigEntry const&)
 {
     QString const path = directory();
     return path.isNull() ? QStringList() : keysIn(path);
@@ -163,6 +174,7 @@ QString ProfileModeActions::directoryForSetting()
 ColorDepthActions::ColorDepthActions(Vantora& backend)
     : ProfileModeActions(backend)
 {
+    describeAs("ColorDepthActions");
 }
 
 QStringList ColorDepthActions::keysIn(QString const& directory) const
@@ -190,6 +202,7 @@ MultiMonitorModeActions::MultiMonitorModeActions(Vantora& backend,
     : DisplayModeActions(backend)
     , mModeNames(modeNames)
 {
+    describeAs("MultiMonitorModeActions").files.append(kPreferencesFile);
 }
 
 QStringList MultiMonitorModeActions::keysIn(QString const& directory) const
@@ -239,6 +252,7 @@ bool MultiMonitorModeActions::readSecondaryProfile(QString& profile)
 RefreshRateActions::RefreshRateActions(Vantora& backend)
     : ProfileModeActions(backend)
 {
+    describeAs("RefreshRateActions").files.append(kPreferencesFile);
 }
 
 QStringList RefreshRateActions::keysIn(QString const& directory) const
@@ -266,6 +280,7 @@ bool RefreshRateActions::writeView(QStringList const& keys, QVariant& value)
 ResolutionActions::ResolutionActions(Vantora& backend)
     : ProfileModeActions(backend)
 {
+    describeAs("ResolutionActions");
 }
 
 QStringList ResolutionActions::keysIn(QString const& directory) const
@@ -295,6 +310,7 @@ bool ResolutionActions::writeView(QStringList const& keys, QVariant& value)
 PrimaryMonitorActions::PrimaryMonitorActions(Vantora& backend)
     : DisplayModeActions(backend)
 {
+    describeAs("PrimaryMonitorActions");
 }
 
 QStringList PrimaryMonitorActions::keysIn(QString const& directory) const

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "actions/IActionDescription.h"
 #include "display/ConfigActions.h"
 
 #include <QString>
@@ -10,20 +11,22 @@
 // a later key of the same request fails.
 
 /// What the five have in common: the keys lie in one directory, here that of the configuration.
-class DisplayModeActions : public ConfigActions
+class DisplayModeActions : public ConfigActions, public DescribedAction
 {
 public:
-    explicit DisplayModeActions(Vantora& backend);
-
     bool execute(IConfigEntry const& entry, QVariant& value) override;
 
-    /// The registry keys behind the view key, with "{UUID}" in place of the profile in use.
+    /// The registry keys have "{UUID}" in place of the profile in use.
+    ActionDescription describe(IConfigEntry const& entry) const override;
+
     QStringList registryKeyTemplates() const;
 
-    /// The registry keys that are read and committed; none while no profile is in use.
-    QStringList registryKeys();
+    /// None while no profile is in use.
+    QStringList keysToCommit(IConfigEntry const& entry) override;
 
 protected:
+    explicit DisplayModeActions(Vantora& backend);
+
     /// @param directoryTemplate  where the keys lie, for those who ask.
     DisplayModeActions(Vantora& backend, QString const& directoryTemplate);
 

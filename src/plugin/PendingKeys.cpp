@@ -1,16 +1,14 @@
 #include "plugin/PendingKeys.h"
 
 #include "actions/ActionKit.h"
-#include "actions/registry/RegistryActions.h"
+#include "actions/IActionDescription.h"
+#include "actions/IConfigAction.h"
 #include "common/RegistryVocabulary.h"
 #include "common/UuidComponents.h"
-#include "display/DisplayModeActions.h"
 #include "tree/IConfigEntry.h"
 #include "tree/KeyPath.h"
 
 #include <vantora/vantora.h>
-
-#include <QSet>
 
 using RegistryVocabulary::registryPlaceholder;
 using RegistryVocabulary::viewPlaceholder;
@@ -28,18 +26,8 @@ QString concreteKey(QString viewKey, QString const& root, QString const& registr
 QStringList keysToCommit(IConfigEntry const& entry)
 {
     IConfigAction* const action = ActionKit::instance()->registeredCommitAction(entry);
-    if (DisplayModeActions* const display = dynamic_cast<DisplayModeActions*>(action))
-        return display->registryKeys();
-    RegistryCommitAction const* const registry = dynamic_cast<RegistryCommitAction const*>(action);
-    if (!registry)
-        return QStringList();
-
-    QStringList keys = registry->getRegSet(entry).values();
-    if (keys.isEmpty())
-        keys.append(registry->registryKey());
-    for (QString& key : keys)
-        key = ActionKit::resolveUuid(entry.path(), key);
-    return keys;
+    IActionDescription* const described = dynamic_cast<IActionDescription*>(action);
+    return described ? described->keysToCommit(entry) : QStringList();
 }
 
 } // namespace

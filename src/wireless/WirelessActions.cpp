@@ -20,6 +20,15 @@ QLatin1String const kSsid("ssid");
 QLatin1String const kSecurity("security");
 QLatin1String const kPassphrase("passphrase");
 
+BackEnd const kWireless = {"wireless", "NetworkManager: its devices, and a connection file",
+                           "NetworkManager and its connection file"};
+
+void describeWireless(ActionDescription& description, QString const& file)
+{
+    description.backEnd = &kWireless;
+    description.files.append(file);
+}
+
 NMConfFile* newConnection()
 {
     return wireless_defaultNmConfig(QDir(kConnectionsDirectory));
@@ -30,6 +39,7 @@ NMConfFile* newConnection()
 ValueAction::ValueAction()
     : RegistryValueAction(QString())
 {
+    describeWireless(describeAs("ValueAction"), kConnectionsDirectory);
 }
 
 ValueAction::~ValueAction()
@@ -59,6 +69,7 @@ bool ValueAction::execute(IConfigEntry const& entry, QVariant& data)
 CommitAction::CommitAction()
     : RegistryCommitAction(QString())
 {
+    describeWireless(describeAs("CommitAction"), kConnectionsDirectory);
 }
 
 CommitAction::~CommitAction()
@@ -90,6 +101,22 @@ bool CommitAction::write(QString const& setting, QString const& value)
     if (!value.isNull())
         mConnection->sync();
     return true;
+}
+
+ActionDescription CommitAction::describe(IConfigEntry const& entry) const
+{
+    ActionDescription description = RegistryCommitAction::describe(entry);
+    description.takesWaitingValue = entry.name() != kEnable;
+    if (!description.takesWaitingValue) {
+        description.backEnd = nullptr;
+        description.files.clear();
+    }
+    return description;
+}
+
+SettingsVisibilityAction::SettingsVisibilityAction()
+{
+    describeWireless(describeAs("SettingsVisibilityAction"), kDisabledMarker);
 }
 
 bool SettingsVisibilityAction::execute(IConfigEntry const& entry, QVariant& data)

@@ -39,6 +39,7 @@ public:
     ~CommitAction() override;
 
     bool execute(IConfigEntry const& entry, QVariant& data) override;
+    ActionDescription describe(IConfigEntry const& entry) const override;
 
 private:
     bool write(QString const& setting, QString const& value);
@@ -52,5 +53,7 @@ private:
 class SettingsVisibilityAction : public DefaultIsVisibleAction
 {
 public:
+    SettingsVisibilityAction();
+
     bool execute(IConfigEntry const& entry, QVariant& data) override;
 };

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "actions/IActionDescription.h"
 #include "actions/IConfigAction.h"
 
 #include <QStringList>
@@ -10,16 +11,20 @@
 // runs (30 seconds at most).
 
 /// "/isVisible.sh": `data` becomes whether its exit code is 0.
-class DefaultIsVisibleAction : public IConfigAction
+class DefaultIsVisibleAction : public IConfigAction, public DescribedAction
 {
 public:
+    DefaultIsVisibleAction() { describeAs("DefaultIsVisibleAction"); }
+
     bool execute(IConfigEntry const& entry, QVariant& data) override;
 };
 
 /// "/get.sh": its whole output, a final newline included, becomes `data`. False when it fails.
-class DefaultValueAction : public IConfigAction
+class DefaultValueAction : public IConfigAction, public DescribedAction
 {
 public:
+    DefaultValueAction() { describeAs("DefaultValueAction"); }
+
     bool execute(IConfigEntry const& entry, QVariant& data) override;
 
     /// The environment of the script, a line per variable: here the plugin's own.
@@ -28,9 +33,11 @@ public:
 
 /// "/set.sh": gets the value in a file and prints what it made of it, which becomes `data`: an
 /// empty text when it prints nothing. False when it fails.
-class DefaultSetValueAction : public IConfigAction
+class DefaultSetValueAction : public IConfigAction, public DescribedAction
 {
 public:
+    DefaultSetValueAction() { describeAs("DefaultSetValueAction"); }
+
     bool execute(IConfigEntry const& entry, QVariant& data) override;
 
     /// The environment of the script, a line per variable: here the plugin's own.
@@ -38,23 +45,29 @@ public:
 };
 
 /// "/create.sh". False when it fails; `data` is not used.
-class DefaultCreateAction : public IConfigAction
+class DefaultCreateAction : public IConfigAction, public DescribedAction
 {
 public:
+    DefaultCreateAction() { describeAs("DefaultCreateAction"); }
+
     bool execute(IConfigEntry const& entry, QVariant& data) override;
 };
 
 /// "/del.sh". True whenever the script is there; `data` is not used.
-class DefaultDelAction : public IConfigAction
+class DefaultDelAction : public IConfigAction, public DescribedAction
 {
 public:
+    DefaultDelAction() { describeAs("DefaultDelAction"); }
+
     bool execute(IConfigEntry const& entry, QVariant& data) override;
 };
 
 /// "/commit.sh": gets the value in a file. False when it fails.
-class DefaultCommitAction : public IConfigAction
+class DefaultCommitAction : public IConfigAction, public DescribedAction
 {
 public:
+    DefaultCommitAction() { describeAs("DefaultCommitAction"); }
+
     bool execute(IConfigEntry const& entry, QVariant& data) override;
 
     /// The environment of the script, a line per variable: here the plugin's own.

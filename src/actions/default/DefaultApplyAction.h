@@ -1,5 +1,6 @@
 #pragma once
 
+#include "actions/IActionDescription.h"
 #include "actions/IConfigAction.h"
 
 #include <QMutex>
@@ -9,9 +10,11 @@ class Vantora;
 
 /// "/apply.sh", run in the background: `execute` queues it on the request's pool. The scripts of a
 /// request may ask for one disruptive last command (a reboot, say); it is run when all are done.
-class DefaultApplyAction : public IConfigAction
+class DefaultApplyAction : public IConfigAction, public DescribedAction
 {
 public:
+    DefaultApplyAction() { describeAs("DefaultApplyAction"); }
+
     /// @return false when there is no script; true once it is queued. `data` is not used.
     bool execute(IConfigEntry const& entry, QVariant& data) override;
 

@@ -7,6 +7,7 @@
 AutostartValueAction::AutostartValueAction(QString const& registryKey)
     : RegistryValueAction(registryKey)
 {
+    describeAs("AutostartValueAction");
 }
 
 bool AutostartValueAction::execute(IConfigEntry const& entry, QVariant& data)
@@ -20,6 +21,7 @@ bool AutostartValueAction::execute(IConfigEntry const& entry, QVariant& data)
 AutostartSetValueAction::AutostartSetValueAction(QString const& registryKey)
     : RegistrySetValueAction(registryKey)
 {
+    describeAs("AutostartSetValueAction");
 }
 
 bool AutostartSetValueAction::execute(IConfigEntry const& entry, QVariant& data)

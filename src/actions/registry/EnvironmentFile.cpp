@@ -1,5 +1,7 @@
 #include "actions/registry/EnvironmentFile.h"
 
+#include "actions/default/Wrapper.h"
+#include "actions/default/WrapperFolders.h"
 #include "common/Files.h"
 #include "common/Text.h"
 
@@ -10,6 +12,11 @@ int const kBufferSize = 1024;
 } // namespace
 
 char const kRegSet[] = "REG_SET";
+
+bool EnvironmentDeclaration::isTarget() const
+{
+    return name == QLatin1String(kRegSet);
+}
 
 EnvironmentFileReader::EnvironmentFileReader(QString const& fileName)
     : mFile(fileName)
@@ -57,4 +64,22 @@ QList<EnvironmentDeclaration> readEnvironmentFile(QString const& fileName)
             declarations.append(reader.declaration());
     }
     return declarations;
+}
+
+QList<EnvironmentDeclaration> readEnvironmentFile(IConfigEntry const& entry, char const* fileName)
+{
+    if (WrapperFolders::sAreMissing(entry))
+        return QList<EnvironmentDeclaration>();
+    return readEnvironmentFile(Wrapper::path(entry, fileName));
+}
+
+QSet<QString> targetKeys(IConfigEntry const& entry)
+{
+    QSet<QString> targets;
+    QList<EnvironmentDeclaration> const lines = readEnvironmentFile(entry, Wrapper::kSetEnv);
+    for (EnvironmentDeclaration const& declaration : lines) {
+        if (declaration.isTarget())
+            targets.insert(declaration.registryKey);
+    }
+    return targets;
 }

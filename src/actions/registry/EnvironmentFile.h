@@ -3,16 +3,22 @@
 #include <QByteArray>
 #include <QFile>
 #include <QList>
+#include <QSet>
 #include <QString>
+
+class IConfigEntry;
 
 /// One line of an environment file: a variable's name, "=", a registry key.
 struct EnvironmentDeclaration
 {
+    /// Whether it declares a target of setting instead of a variable: in "set.env" alone.
+    bool isTarget() const;
+
     QString name;
     QString registryKey;
 };
 
-/// The name with which a line declares a target of setting instead of a variable.
+/// The name of a target.
 extern char const kRegSet[];
 
 /// Goes through the lines of an environment file.
@@ -47,3 +53,9 @@ private:
 
 /// The declarations of an environment file, in order.
 QList<EnvironmentDeclaration> readEnvironmentFile(QString const& fileName);
+
+/// Those of a file in the folder of an entry.
+QList<EnvironmentDeclaration> readEnvironmentFile(IConfigEntry const& entry, char const* fileName);
+
+/// The targets that the "set.env" of an entry declares, as they stand there.
+QSet<QString> targetKeys(IConfigEntry const& entry);

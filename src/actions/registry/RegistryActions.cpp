@@ -2,7 +2,6 @@
 
 #include "actions/ActionKit.h"
 #include "actions/default/Wrapper.h"
-#include "actions/default/WrapperFolders.h"
 #include "actions/registry/EnvironmentFile.h"
 #include "actions/registry/RegistryAccess.h"
 #include "common/RegistryVocabulary.h"
@@ -14,6 +13,21 @@
 #include <QVariant>
 
 namespace {
+
+BackEnd const kRegistry = {"registry", nullptr, "the registry"};
+
+// What an action reads of the environment files.
+enum Reading { Nothing, Variables, VariablesAndTargets };
+
+void describeRegistry(ActionDescription& description, QString const& registryKey, Reading reading)
+{
+    if (!registryKey.isNull()) {
+        description.backEnd = &kRegistry;
+        description.registryKeys.append(registryKey);
+    }
+    description.readsEnvironmentFile = reading != Nothing;
+    description.readsTargets = reading == VariablesAndTargets;
+}
 
 Vantora& backend()
 {
@@ -33,18 +47,6 @@ bool isBool(QString const& registryKey)
     return type == RegistryVocabulary::entryTypes().at(REG_TYPE_BOOL);
 }
 
-QList<EnvironmentDeclaration> declarations(IConfigEntry const& entry, char const* fileName)
-{
-    if (WrapperFolders::sAreMissing(entry))
-        return QList<EnvironmentDeclaration>();
-    return readEnvironmentFile(Wrapper::path(entry, fileName));
-}
-
-bool isTarget(EnvironmentDeclaration const& declaration)
-{
-    return declaration.name == QLatin1String(kRegSet);
-}
-
 /// Adds the variable of a declaration, unless its registry key cannot be read.
 void addVariable(QStringList& environment, IConfigEntry const& entry,
                  EnvironmentDeclaration const& declaration)
@@ -57,7 +59,7 @@ void addVariable(QStringList& environment, IConfigEntry const& entry,
 /// Adds the variables that an environment file declares.
 void addVariables(QStringList& environment, IConfigEntry const& entry, char const* fileName)
 {
-    QList<EnvironmentDeclaration> const lines = declarations(entry, fileName);
+    QList<EnvironmentDeclaration> const lines = readEnvironmentFile(entry, fileName);
     for (EnvironmentDeclaration const& declaration : lines)
         addVariable(environment, entry, declaration);
 }
@@ -72,6 +74,7 @@ QString currentKeyLine(QString const& key)
 RegistryValueAction::RegistryValueAction(QString const& registryKey)
     : mRegistryKey(registryKey)
 {
+    describeRegistry(describeAs("RegistryValueAction"), registryKey, Variables);
 }
 
 bool RegistryValueAction::execute(IConfigEntry const& entry, QVariant& data)
@@ -105,6 +108,7 @@ QString RegistryValueAction::registryKey() const
 RegistrySetValueAction::RegistrySetValueAction(QString const& registryKey)
     : mRegistryKey(registryKey)
 {
+    describeRegistry(describeAs("RegistrySetValueAction"), registryKey, VariablesAndTargets);
 }
 
 bool RegistrySetValueAction::execute(IConfigEntry const& entry, QVariant& data)
@@ -132,9 +136,9 @@ QStringList RegistrySetValueAction::processEnvironment(IConfigEntry const& entry
 {
     mTargetKeys.clear();
     QStringList environment = DefaultSetValueAction::processEnvironment(entry);
-    QList<EnvironmentDeclaration> const lines = declarations(entry, Wrapper::kSetEnv);
+    QList<EnvironmentDeclaration> const lines = readEnvironmentFile(entry, Wrapper::kSetEnv);
     for (EnvironmentDeclaration const& declaration : lines) {
-        if (isTarget(declaration))
+        if (declaration.isTarget())
             mTargetKeys.insert(resolved(entry, declaration.registryKey));
         else
             addVariable(environment, entry, declaration);
@@ -167,6 +171,7 @@ QString RegistrySetValueAction::registryKey() const
 RegistryCreateAction::RegistryCreateAction(QString const& registryKey)
     : mRegistryKey(registryKey)
 {
+    describeRegistry(describeAs("RegistryCreateAction"), registryKey, Nothing);
 }
 
 bool RegistryCreateAction::execute(IConfigEntry const& entry, QVariant& data)
@@ -183,6 +188,7 @@ QString RegistryCreateAction::registryKey() const
 RegistryDelAction::RegistryDelAction(QString const& registryKey)
     : mRegistryKey(registryKey)
 {
+    describeRegistry(describeAs("RegistryDelAction"), registryKey, Nothing);
 }
 
 bool RegistryDelAction::execute(IConfigEntry const& entry, QVariant& data)
@@ -199,6 +205,7 @@ QString RegistryDelAction::registryKey() const
 RegistryCommitAction::RegistryCommitAction(QString const& registryKey)
     : mRegistryKey(registryKey)
 {
+    describeRegistry(describeAs("RegistryCommitAction"), registryKey, VariablesAndTargets);
 }
 
 bool RegistryCommitAction::execute(IConfigEntry const& entry, QVariant& data)
@@ -232,14 +239,8 @@ QString RegistryCommitAction::registryKey() const
 
 QSet<QString> RegistryCommitAction::getRegSet(IConfigEntry const& entry) const
 {
-    QSet<QString> targets;
     // The file of setting: what was set to several keys is committed for the same keys.
-    QList<EnvironmentDeclaration> const lines = declarations(entry, Wrapper::kSetEnv);
-    for (EnvironmentDeclaration const& declaration : lines) {
-        if (isTarget(declaration))
-            targets.insert(declaration.registryKey);
-    }
-    return targets;
+    return targetKeys(entry);
 }
 
 bool RegistryCommitAction::execute(IConfigEntry const& entry, QVariant& data, QString const& key)
@@ -252,6 +253,7 @@ bool RegistryCommitAction::execute(IConfigEntry const& entry, QVariant& data, QS
 RegistryApplyAction::RegistryApplyAction(QString const& registryKey)
     : mRegistryKey(registryKey)
 {
+    describeRegistry(describeAs("RegistryApplyAction"), registryKey, Nothing);
 }
 
 bool RegistryApplyAction::execute(IConfigEntry const& entry, QVariant& data)

@@ -58,6 +58,7 @@ QString bufferedValue(IConfigEntry const& session, char const* childName)
 VexlinkCommitAction::VexlinkCommitAction(QString const& registryKey)
     : RegistryCommitAction(registryKey)
 {
+    describeAs("VexlinkCommitAction").readsEnvironmentFile = false;
 }
 
 QStringList VexlinkCommitAction::processEnvironment(IConfigEntry const& entry)
