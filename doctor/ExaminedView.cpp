@@ -140,9 +140,9 @@ ServingAction ExaminedEntry::servingAction(Operation const& operation) const
     return mView.kit().servingAction(operation.action, *mEntry);
 }
 
-ActionFacts ExaminedEntry::facts(Operation const& operation) const
+ActionDescription ExaminedEntry::description(Operation const& operation) const
 {
-    return factsOf(servingAction(operation).action);
+    return descriptionOf(servingAction(operation).action, *mEntry);
 }
 
 QString ExaminedEntry::resolved(QString const& registryKey) const

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "actions/ActionKit.h"
-#include "doctor/ActionFacts.h"
+#include "actions/IActionDescription.h"
 #include "doctor/Operations.h"
 #include "plugin/ZelvoView.h"
 #include "registry/RegistryHost.h"
@@ -69,7 +69,7 @@ public:
 
     /// Which action serves an operation on the key, and why.
     ServingAction servingAction(Operation const& operation) const;
-    ActionFacts facts(Operation const& operation) const;
+    ActionDescription description(Operation const& operation) const;
 
     /// A registry key as it is used for this very key.
     QString resolved(QString const& registryKey) const;

@@ -65,19 +65,38 @@ OperationExplanation explainOperation(ExaminedEntry const& entry, Operation cons
     result.operation = &operation;
     result.isForKey = operation.isFor(entry.kind());
     result.reason = entry.servingAction(operation).reason;
-    result.facts = entry.facts(operation);
-    result.registryKeys = resolvedKeys(entry, result.facts.registryKeys);
+    result.action = entry.description(operation);
+    result.registryKeys = resolvedKeys(entry, result.action.registryKeys);
     result.script = expectedFile(Wrapper::path(entry.entry(), operation.script));
     if (operation.environmentFile) {
         result.environmentFile
             = expectedFile(Wrapper::path(entry.entry(), operation.environmentFile));
         result.declarations = readEnvironmentLines(result.environmentFile.path).declarations;
     }
-    if (result.facts.readsEnvironmentFile)
+    if (result.action.readsEnvironmentFile)
         result.variables = variablesOf(entry, result.declarations);
-    if (result.facts.readsTargets)
+    if (result.action.readsTargets)
         result.targets = targetsOf(entry);
     return result;
+}
+
+bool isReadOnly(ExaminedEntry const& entry)
+{
+    return entry.kind() == ValueKey
+        && entry.description(operation(ISettingClass::ACTION_VALUE)).backEnd
+        && !entry.description(operation(ISettingClass::ACTION_SET_VALUE)).backEnd
+        && !entry.description(operation(ISettingClass::ACTION_COMMIT)).backEnd;
+}
+
+QStringList filesOf(QList<OperationExplanation> const& operations)
+{
+    QStringList files;
+    for (OperationExplanation const& operation : operations) {
+        if (operation.isForKey)
+            files += operation.action.files;
+    }
+    files.removeDuplicates();
+    return files;
 }
 
 /// What is wrong with the scripts that can hide the entry, but for its own.
@@ -103,9 +122,11 @@ Explanation explain(ExaminedView& view, ExaminedEntry const& entry)
     result.kind = entry.kind();
     result.type = entry.type();
     result.defaultValue = entry.defaultValue();
+    result.isReadOnly = isReadOnly(entry);
     result.folder = Wrapper::path(entry.entry(), "");
     for (Operation const& operation : operations())
         result.operations.append(explainOperation(entry, operation));
+    result.files = filesOf(result.operations);
     QList<IConfigEntry const*> const levels = levelsOf(entry.entry());
     for (IConfigEntry const* const level : levels)
         result.visibility.append(expectedFile(Wrapper::path(*level, Wrapper::kIsVisible)));
@@ -160,7 +181,7 @@ LiveAnswers::Source sourceOf(Answer const& answer, ExaminedEntry const& entry)
     if (!answer.isAnswered)
         return LiveAnswers::Default;
     bool const isScripts = isFromScript(answer, Wrapper::path(entry.entry(), Wrapper::kGet));
-    return isScripts ? LiveAnswers::Script : LiveAnswers::BackEnd;
+    return isScripts ? LiveAnswers::Script : LiveAnswers::Action;
 }
 
 } // namespace
@@ -175,7 +196,7 @@ LiveAnswers askLive(ExaminedEntry const& entry)
 {
     LiveAnswers answers;
     answers.source = LiveAnswers::Nobody;
-    answers.backEnd = entry.facts(operation(ISettingClass::ACTION_VALUE)).backEnd;
+    answers.backEnd = entry.description(operation(ISettingClass::ACTION_VALUE)).backEnd;
     QList<IConfigEntry const*> const levels = levelsOf(entry.entry());
     for (IConfigEntry const* const level : levels)
         answers.visibility.append(ask(*level, &ActionKit::isVisibleAction));

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "actions/ActionKit.h"
+#include "actions/IActionDescription.h"
 #include "actions/default/Wrapper.h"
-#include "doctor/ActionFacts.h"
 #include "doctor/EnvironmentLines.h"
 #include "doctor/Finding.h"
 #include "doctor/Operations.h"
@@ -32,9 +32,9 @@ struct OperationExplanation
     bool isForKey;
 
     ServingAction::Reason reason;
-    ActionFacts facts;
+    ActionDescription action;
 
-    /// Those of the facts, for this very key.
+    /// Those of the action, for this very key.
     QStringList registryKeys;
 
     ExpectedFile script;
@@ -58,9 +58,16 @@ struct Explanation
     EntryKind kind;
     _RegEntryType type;
     QString defaultValue;
+
+    /// Whether it is a value that is read from somewhere and that scripts alone can write.
+    bool isReadOnly;
+
     QString folder;
 
     QList<OperationExplanation> operations;
+
+    /// What its actions read and write themselves.
+    QStringList files;
 
     /// The scripts that can hide the key, from the top.
     QList<ExpectedFile> visibility;
@@ -98,9 +105,9 @@ struct LiveAnswers
     Answer value;
 
     /// Who has answered the value; of a directory it says nothing.
-    enum Source { Nobody, Script, BackEnd, Default };
+    enum Source { Nobody, Script, Action, Default };
     Source source;
-    ActionFacts::BackEnd backEnd;
+    BackEnd const* backEnd;
 };
 
 /// Asks the actions, which runs their scripts.

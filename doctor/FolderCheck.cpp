@@ -131,14 +131,14 @@ private:
     void checkTargetIsUsed(QString const& file, int line, Operation const& operation,
                            char const* done)
     {
-        if (!operation.isFor(mEntry.kind()) || mEntry.facts(operation).readsTargets)
+        if (!operation.isFor(mEntry.kind()) || mEntry.description(operation).readsTargets)
             return;
         report(
             file, line,
             QString::fromLatin1("what REG_SET names is not %1: without a %2 the key is served by "
                                 "%3, which does not look here")
                 .arg(QLatin1String(done), fileName(operation.script),
-                     mEntry.facts(operation).name));
+                     QLatin1String(mEntry.description(operation).className)));
     }
 
     /// Null when they are.
@@ -148,10 +148,11 @@ private:
             return QLatin1String(operation.reach());
         if (!hasScript(operation))
             return QString::fromLatin1("there is no %1 beside it").arg(fileName(operation.script));
-        ActionFacts const facts = mEntry.facts(operation);
-        if (!facts.readsEnvironmentFile)
-            return facts.name + QLatin1String(", which serves the key, gives its script others");
-        return QString();
+        ActionDescription const action = mEntry.description(operation);
+        if (action.readsEnvironmentFile)
+            return QString();
+        return QLatin1String(action.className)
+            + QLatin1String(", which serves the key, gives its script others");
     }
 
     void checkRegistryKey(QString const& file, DeclarationLine const& line,
@@ -197,13 +198,13 @@ private:
     }
 
     /// What "set.sh" made of a value waits in the plugin. The registry is told only of targets, and
-    /// the wireless settings alone take the value that waits.
+    /// of the other back ends only some take the value that waits.
     void checkThatSetValueIsCommitted()
     {
         Operation const& set = operation(ISettingClass::ACTION_SET_VALUE);
         Operation const& commit = operation(ISettingClass::ACTION_COMMIT);
         if (mEntry.kind() != ValueKey || !hasScript(set) || hasScript(commit) || hasTargets()
-            || mEntry.facts(commit).backEnd == ActionFacts::WirelessBackEnd)
+            || mEntry.description(commit).takesWaitingValue)
             return;
         report(path(set.script), 0,
                QLatin1String("what it prints is lost at the commit: there is no commit.sh, and no "

@@ -1,4 +1,5 @@
 #include "common/RegistryVocabulary.h"
+#include "doctor/BackEndWords.h"
 #include "doctor/Reports.h"
 
 #include <string>
@@ -115,15 +116,15 @@ Json operationObject(OperationExplanation const& operation)
         object["because"] = operation.operation->reach();
         return object;
     }
-    object["action"] = utf8(operation.facts.name);
+    object["action"] = operation.action.className;
     object["because"] = reasonWord(operation.reason);
-    object["backEnd"] = backEndWord(operation.facts.backEnd);
+    object["backEnd"] = backEndWord(operation.action.backEnd);
     object["registryKeys"] = arrayOf(operation.registryKeys);
     object["targets"] = arrayOf(operation.targets);
     object["otherwise"] = operation.operation->otherwise;
-    if (operation.facts.runsScript)
+    if (operation.action.runsScript)
         object["script"] = fileObject(operation.script);
-    if (operation.facts.readsEnvironmentFile) {
+    if (operation.action.readsEnvironmentFile) {
         object["environmentFile"] = fileObject(operation.environmentFile);
         object["declarations"] = declarationArray(operation.declarations);
     }
@@ -183,7 +184,7 @@ char const* sourceWord(LiveAnswers const& answers)
     switch (answers.source) {
     case LiveAnswers::Script:
         return "script";
-    case LiveAnswers::BackEnd:
+    case LiveAnswers::Action:
         return backEndWord(answers.backEnd);
     default:
         return "default";
@@ -211,10 +212,13 @@ QString jsonOf(Explanation const& explanation, LiveAnswers const* answers)
     object["key"] = utf8(explanation.key);
     object["registeredAs"] = utf8(explanation.viewKey);
     addKind(object, explanation);
+    if (explanation.kind == ValueKey)
+        object["readOnly"] = explanation.isReadOnly;
     object["folder"] = utf8(explanation.folder);
     object["operations"] = Json::array();
     for (OperationExplanation const& operation : explanation.operations)
         object["operations"].push_back(operationObject(operation));
+    object["files"] = arrayOf(explanation.files);
     object["visibility"] = Json::array();
     for (ExpectedFile const& file : explanation.visibility)
         object["visibility"].push_back(fileObject(file));

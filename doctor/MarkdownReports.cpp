@@ -1,4 +1,5 @@
 #include "common/RegistryVocabulary.h"
+#include "doctor/BackEndWords.h"
 #include "doctor/Reports.h"
 #include "tree/KeyPath.h"
 

@@ -1,4 +1,5 @@
 #include "common/RegistryVocabulary.h"
+#include "doctor/BackEndWords.h"
 #include "doctor/Reports.h"
 
 #include <QFileInfo>
@@ -36,18 +37,18 @@ QString kindWords(Explanation const& explanation)
     case ValueKey:
         break;
     }
-    return QString::fromLatin1("a %1, %2 by default")
+    return QString::fromLatin1("a %1, %2 by default%3")
         .arg(RegistryVocabulary::entryTypes().at(explanation.type),
-             quoted(explanation.defaultValue));
+             quoted(explanation.defaultValue),
+             QLatin1String(explanation.isReadOnly ? ", which scripts alone can write" : ""));
 }
 
-QString backEndWords(ActionFacts::BackEnd backEnd, QStringList const& registryKeys)
+/// @param title  may be null, if there are keys.
+QString titled(char const* title, QStringList const& keys)
 {
-    if (registryKeys.isEmpty())
-        return QLatin1String(keylessBackEndWords(backEnd));
-    QString const keys = registryKeys.join(QLatin1String(", "));
-    return backEnd == ActionFacts::DisplayBackEnd ? QLatin1String("display settings: ") + keys
-                                                  : keys;
+    QString const text = QLatin1String(title);
+    QString const separator = QLatin1String(title && !keys.isEmpty() ? ": " : "");
+    return text + separator + keys.join(QLatin1String(", "));
 }
 
 /// Setting gives the targets what the script has made of the value.
@@ -66,19 +67,16 @@ public:
         : mOperation(operation)
         , mStyle(style)
     {
-        if (operation.facts.runsScript)
+        if (operation.action.runsScript)
             addScript();
         if (!operation.targets.isEmpty())
             mLines.append(QLatin1String(targetWords(operation))
                           + operation.targets.join(QLatin1String(", ")));
-        // Targets take the place of the registry key, and of nothing else.
-        if (operation.facts.backEnd == ActionFacts::RegistryBackEnd) {
-            if (operation.targets.isEmpty())
-                mLines.append(QLatin1String("registry: ")
-                              + operation.registryKeys.join(QLatin1String(", ")));
-        } else if (operation.facts.backEnd != ActionFacts::NoBackEnd) {
-            mLines.append(backEndWords(operation.facts.backEnd, operation.registryKeys));
-        }
+        // Targets take the place of registry keys, and of nothing else.
+        bool const isReplaced = !operation.targets.isEmpty() && !operation.registryKeys.isEmpty();
+        if (operation.action.backEnd && !isReplaced)
+            mLines.append(
+                titled(keylessBackEndWords(operation.action.backEnd), operation.registryKeys));
         mLines.append(QLatin1String(operation.operation->otherwise));
     }
 
@@ -89,7 +87,7 @@ private:
     {
         QString line = fileName(mOperation.operation->script) + QLatin1String(" (")
             + presence(mOperation.script.exists, mStyle) + QLatin1Char(')');
-        if (mOperation.facts.readsEnvironmentFile)
+        if (mOperation.action.readsEnvironmentFile)
             line += QLatin1String(", ") + fileName(mOperation.operation->environmentFile)
                 + QLatin1String(" (") + presence(mOperation.environmentFile.exists, mStyle)
                 + QLatin1Char(')');
@@ -112,7 +110,7 @@ QString textOfOperation(OperationExplanation const& operation, Style const& styl
             + style.aside(QLatin1String("none: ") + QLatin1String(operation.operation->reach()))
             + QLatin1Char('\n');
     text += QLatin1String(reasonWords(operation.reason)) + QLatin1String(": ")
-        + operation.facts.name + QLatin1Char('\n');
+        + QLatin1String(operation.action.className) + QLatin1Char('\n');
     int number = 0;
     QStringList const lines = Steps(operation, style).lines();
     for (QString const& line : lines)
@@ -183,17 +181,7 @@ char const* sourceWords(LiveAnswers const& answers)
 {
     if (answers.source == LiveAnswers::Script)
         return "the script";
-    switch (answers.backEnd) {
-    case ActionFacts::RegistryBackEnd:
-        return "the registry";
-    case ActionFacts::DisplayBackEnd:
-        return "the display settings";
-    case ActionFacts::WirelessBackEnd:
-        return "NetworkManager and its connection file";
-    case ActionFacts::NoBackEnd:
-        break;
-    }
-    return "";
+    return answers.backEnd ? answers.backEnd->source : "an action that does not say what it is";
 }
 
 QString valueWords(LiveAnswers const& answers)
@@ -234,6 +222,10 @@ QString textOf(Explanation const& explanation, Style const& style)
     text += style.title(QLatin1String("contains"))
         + QLatin1String("   no action: a key that get answers is there\n");
 
+    if (!explanation.files.isEmpty())
+        text += QLatin1String("\nReads or writes itself\n  ")
+            + explanation.files.join(QLatin1String("\n  ")) + QLatin1Char('\n');
+
     text += QLatin1String("\nCan be hidden by\n");
     for (ExpectedFile const& file : explanation.visibility)
         text += QLatin1String("  ") + file.path + QLatin1String(" (") + presence(file.exists, style)
@@ -262,6 +254,9 @@ QString textOf(QList<MapRow> const& rows, Style const& style)
     QString text;
     for (MapRow const& row : rows)
         text += style.title(row.viewKey.leftJustified(width)) + QLatin1String("  ")
-            + backEndWords(row.backEnd, row.registryKeys) + QLatin1Char('\n');
+            + titled(row.registryKeys.isEmpty() ? keylessBackEndWords(row.backEnd)
+                                                : row.backEnd->title,
+                     row.registryKeys)
+            + QLatin1Char('\n');
     return text;
 }

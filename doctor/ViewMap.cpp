@@ -12,15 +12,15 @@ MapRow rowOf(ExaminedEntry const& entry)
     row.kind = entry.kind();
     row.type = entry.type();
     row.defaultValue = entry.defaultValue();
-    row.backEnd = ActionFacts::NoBackEnd;
+    row.backEnd = nullptr;
     for (Operation const& operation : operations()) {
-        ActionFacts const facts = entry.facts(operation);
-        if (!operation.isFor(row.kind) || facts.backEnd == ActionFacts::NoBackEnd)
+        ActionDescription const description = entry.description(operation);
+        if (!operation.isFor(row.kind) || !description.backEnd)
             continue;
         row.operations.append(QLatin1String(operation.name));
-        if (row.backEnd == ActionFacts::NoBackEnd) {
-            row.backEnd = facts.backEnd;
-            row.registryKeys = facts.registryKeys;
+        if (!row.backEnd) {
+            row.backEnd = description.backEnd;
+            row.registryKeys = description.registryKeys;
         }
     }
     return row;
@@ -32,7 +32,7 @@ void addRows(ExaminedView& view, QString const& key, QList<MapRow>& rows)
     if (!entry.isKnown())
         return;
     MapRow const row = rowOf(entry);
-    if (row.kind == ValueKey || row.backEnd != ActionFacts::NoBackEnd)
+    if (row.kind == ValueKey || row.backEnd)
         rows.append(row);
     if (row.kind == ValueKey)
         return;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "doctor/ActionFacts.h"
+#include "actions/IActionDescription.h"
 #include "doctor/Operations.h"
 
 #include <vantora/types.h>
@@ -22,7 +22,7 @@ struct MapRow
     QString defaultValue;
 
     /// What stands behind reading, or behind the first operation that has something behind it.
-    ActionFacts::BackEnd backEnd;
+    BackEnd const* backEnd;
     QStringList registryKeys;
 
     /// The operations that a back end serves.

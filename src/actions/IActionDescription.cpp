@@ -6,7 +6,7 @@
 #include "tree/IConfigEntry.h"
 
 ActionDescription::ActionDescription()
-    : className(nullptr)
+    : className("")
     , backEnd(nullptr)
     , runsScript(false)
     , readsEnvironmentFile(false)

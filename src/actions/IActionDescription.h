@@ -25,7 +25,7 @@ struct ActionDescription
     /// Of no action: nothing does any work.
     ActionDescription();
 
-    /// Null for an action that does not describe itself.
+    /// Empty for an action that does not describe itself.
     char const* className;
 
     /// Null where nothing works behind the scripts; in particular where nothing can be written.

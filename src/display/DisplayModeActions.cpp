@@ -86,12 +86,6 @@ bool usesXgiDriver()
 
 } // namespace
 
-DisplayModeActions::DisplayModeActions(Vantora& backend)
-    : ConfigActions(backend)
-    , mDirectoryTemplate(kConfiguration)
-{
-}
-
 DisplayModeActions::DisplayModeActions(Vantora& backend, QString const& directoryTemplate)
     : ConfigActions(backend)
     , mDirectoryTemplate(directoryTemplate)
@@ -122,14 +116,9 @@ ActionDescription DisplayModeActions::describe(IConfigEntry const& entry) const
 {
     ActionDescription description = DescribedAction::describe(entry);
     description.backEnd = &kDisplaySettings;
-    description.registryKeys = registryKeyTemplates();
+    description.registryKeys = keysIn(mDirectoryTemplate);
     description.runsScript = false;
     return description;
-}
-
-QStringList DisplayModeActions::registryKeyTemplates() const
-{
-    return keysIn(mDirectoryTemplate);
 }
 
 QStringList DisplayModeActions::keysToCommit(IConfigEntry const&)
@@ -199,7 +188,7 @@ bool ColorDepthActions::writeView(QStringList const& keys, QVariant& value)
 
 MultiMonitorModeActions::MultiMonitorModeActions(Vantora& backend,
                                                  QVector<QString> const& modeNames)
-    : DisplayModeActions(backend)
+    : DisplayModeActions(backend, kConfiguration)
     , mModeNames(modeNames)
 {
     describeAs("MultiMonitorModeActions").files.append(kPreferencesFile);
@@ -308,7 +297,7 @@ bool ResolutionActions::writeView(QStringList const& keys, QVariant& value)
 }
 
 PrimaryMonitorActions::PrimaryMonitorActions(Vantora& backend)
-    : DisplayModeActions(backend)
+    : DisplayModeActions(backend, kConfiguration)
 {
     describeAs("PrimaryMonitorActions");
 }

@@ -19,14 +19,10 @@ public:
     /// The registry keys have "{UUID}" in place of the profile in use.
     ActionDescription describe(IConfigEntry const& entry) const override;
 
-    QStringList registryKeyTemplates() const;
-
     /// None while no profile is in use.
     QStringList keysToCommit(IConfigEntry const& entry) override;
 
 protected:
-    explicit DisplayModeActions(Vantora& backend);
-
     /// @param directoryTemplate  where the keys lie, for those who ask.
     DisplayModeActions(Vantora& backend, QString const& directoryTemplate);
 

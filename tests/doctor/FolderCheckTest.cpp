@@ -156,11 +156,12 @@ void FolderCheckTest::findings_data()
                                                           << none;
     QTest::newRow("what set.sh prints goes to the connection file")
         << kSsid << QStringList("set.sh") << none;
-    QTest::newRow("what set.sh prints goes nowhere")
-        << kUsb << QStringList("set.sh")
-        << QStringList(
-               "set.sh: what it prints is lost at the commit: there is no commit.sh, and no "
-               "REG_SET line in set.env");
+    QStringList const lost(
+        "set.sh: what it prints is lost at the commit: there is no commit.sh, and no "
+        "REG_SET line in set.env");
+    QTest::newRow("what set.sh prints goes nowhere") << kUsb << QStringList("set.sh") << lost;
+    QTest::newRow("what set.sh prints is nothing that the area can write")
+        << "zelvo-view/wireless/enable" << QStringList("set.sh") << lost;
 
     QTest::newRow("targets where the display settings are set")
         << kDepth << QStringList("set.env=REG_SET=" + known)

@@ -77,11 +77,12 @@ void ReportsTest::lineOfAFinding()
 
 void ReportsTest::documentKeepsItsTable()
 {
+    BackEnd const registry = {"registry", nullptr, "the registry"};
     MapRow const row = {"zelvo-view/area/key",
                         ValueKey,
                         REG_TYPE_STRING,
                         "a|b",
-                        ActionFacts::RegistryBackEnd,
+                        &registry,
                         QStringList("root/key"),
                         QStringList() << "get"
                                       << "set"};

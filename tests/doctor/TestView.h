@@ -12,10 +12,13 @@
 class TestView
 {
 public:
-    TestView()
+    /// @param ownDefaults  further default settings, as XML; empty: none.
+    explicit TestView(QByteArray const& ownDefaults = QByteArray())
     {
         QString error;
         QString const baseDir = QFileInfo(wrappers.directory().path()).path();
+        if (!ownDefaults.isEmpty())
+            wrappers.addFile(QLatin1String("../defaults"), QLatin1String("own.xml"), ownDefaults);
         if (!view.open(baseDir, QStringList(QLatin1String(DEFAULTS_DIR)), QString(), error))
             qFatal("%s", qPrintable(error));
         keepInstanceKnown();

@@ -100,11 +100,6 @@ QStringList RegistryValueAction::processEnvironment(IConfigEntry const& entry)
     return environment;
 }
 
-QString RegistryValueAction::registryKey() const
-{
-    return mRegistryKey;
-}
-
 RegistrySetValueAction::RegistrySetValueAction(QString const& registryKey)
     : mRegistryKey(registryKey)
 {
@@ -163,11 +158,6 @@ bool RegistrySetValueAction::execute(IConfigEntry const& entry, QVariant& data, 
     return backend().set(resolved(entry, key), value, REG_PARAM_VALUE) == 0;
 }
 
-QString RegistrySetValueAction::registryKey() const
-{
-    return mRegistryKey;
-}
-
 RegistryCreateAction::RegistryCreateAction(QString const& registryKey)
     : mRegistryKey(registryKey)
 {
@@ -180,11 +170,6 @@ bool RegistryCreateAction::execute(IConfigEntry const& entry, QVariant& data)
         || backend().create(resolved(entry, mRegistryKey), REG_TYPE_STRING) == 0;
 }
 
-QString RegistryCreateAction::registryKey() const
-{
-    return mRegistryKey;
-}
-
 RegistryDelAction::RegistryDelAction(QString const& registryKey)
     : mRegistryKey(registryKey)
 {
@@ -195,11 +180,6 @@ bool RegistryDelAction::execute(IConfigEntry const& entry, QVariant& data)
 {
     return DefaultDelAction::execute(entry, data)
         || backend().del(resolved(entry, mRegistryKey)) == 0;
-}
-
-QString RegistryDelAction::registryKey() const
-{
-    return mRegistryKey;
 }
 
 RegistryCommitAction::RegistryCommitAction(QString const& registryKey)
@@ -262,9 +242,4 @@ bool RegistryApplyAction::execute(IConfigEntry const& entry, QVariant& data)
         return true;
     return !mRegistryKey.isNull()
         && backend().apply(resolved(entry, mRegistryKey), emptyText()) == 0;
-}
-
-QString RegistryApplyAction::registryKey() const
-{
-    return mRegistryKey;
 }

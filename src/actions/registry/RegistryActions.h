@@ -10,8 +10,7 @@
 // do the work and turns to the registry when there is none or it fails.
 //
 // A registry key may hold "{UUID}", which is replaced by the UUID of the entry's path. A null one
-// means that the view key stands for no registry key: there is then nothing behind the script. Each
-// tells its registry key as it was given.
+// means that the view key stands for no registry key: there is then nothing behind the script.
 
 /// Reads the registry key; a boolean reads as "true" or "false". "/get.env" gives the script
 /// further registry values.
@@ -25,8 +24,6 @@ public:
     /// The plugin's own environment and the variables of "/get.env" whose registry keys can be
     /// read.
     QStringList processEnvironment(IConfigEntry const& entry) override;
-
-    QString registryKey() const;
 
 private:
     QString mRegistryKey;
@@ -56,8 +53,6 @@ public:
     /// @param force  write what a succeeding script printed; otherwise the script has done it all.
     bool execute(IConfigEntry const& entry, QVariant& data, QString const& key, bool force);
 
-    QString registryKey() const;
-
 private:
     QSet<QString> mTargetKeys;
     QString mCurrentKey;
@@ -72,8 +67,6 @@ public:
 
     bool execute(IConfigEntry const& entry, QVariant& data) override;
 
-    QString registryKey() const;
-
 private:
     QString mRegistryKey;
 };
@@ -85,8 +78,6 @@ public:
     explicit RegistryDelAction(QString const& registryKey);
 
     bool execute(IConfigEntry const& entry, QVariant& data) override;
-
-    QString registryKey() const;
 
 private:
     QString mRegistryKey;
@@ -108,6 +99,7 @@ public:
     /// read, and "REG_SET", the key being committed.
     QStringList processEnvironment(IConfigEntry const& entry) override;
 
+    /// As it was given.
     QString registryKey() const;
 
     /// The targets that "/set.env" names, as they stand there.
@@ -128,8 +120,6 @@ public:
     explicit RegistryApplyAction(QString const& registryKey);
 
     bool execute(IConfigEntry const& entry, QVariant& data) override;
-
-    QString registryKey() const;
 
 private:
     QString mRegistryKey;
