@@ -3,7 +3,6 @@
 #include "actions/default/Wrapper.h"
 #include "display/DisplayModeActions.h"
 
-#include <QFile>
 #include <QLatin1String>
 #include <QVector>
 
@@ -36,15 +35,6 @@ DisplaySettingClass::DisplaySettingClass(Vantora& backend)
                     new PrimaryMonitorActions(mBackend));
 }
 
-DisplaySettingClass::~DisplaySettingClass()
-{
-}
-
-IConfigAction* DisplaySettingClass::isVisibleAction(QString const&) const
-{
-    return nullptr;
-}
-
 IConfigAction* DisplaySettingClass::valueAction(QString const& key) const
 {
     return builtInAction(key, Wrapper::kGet, ACTION_VALUE);
@@ -55,31 +45,16 @@ IConfigAction* DisplaySettingClass::setValueAction(QString const& key) const
     return builtInAction(key, Wrapper::kSet, ACTION_SET_VALUE);
 }
 
-IConfigAction* DisplaySettingClass::createAction(QString const&) const
-{
-    return nullptr;
-}
-
-IConfigAction* DisplaySettingClass::delAction(QString const&) const
-{
-    return nullptr;
-}
-
 IConfigAction* DisplaySettingClass::commitAction(QString const& key) const
 {
     return builtInAction(key, Wrapper::kCommit, ACTION_COMMIT);
-}
-
-IConfigAction* DisplaySettingClass::applyAction(QString const&) const
-{
-    return nullptr;
 }
 
 IConfigAction* DisplaySettingClass::builtInAction(QString const& key, char const* script,
                                                   Action_t action) const
 {
     ConfigActions* const actions = mActions.value(key);
-    if (!actions || QFile::exists(Wrapper::path(key, script)))
+    if (!actions || !Wrapper::find(key, script).isNull())
         return nullptr;
     actions->setCurrentAction(action);
     return actions;

@@ -21,15 +21,15 @@ public:
     explicit DisplaySettingClass(Vantora& backend);
 
     /// Leaves the actions alone: they live for the process.
-    ~DisplaySettingClass() override;
+    ~DisplaySettingClass() override { }
 
-    IConfigAction* isVisibleAction(QString const& key) const override;
+    IConfigAction* isVisibleAction(QString const&) const override { return nullptr; }
     IConfigAction* valueAction(QString const& key) const override;
     IConfigAction* setValueAction(QString const& key) const override;
-    IConfigAction* createAction(QString const& key) const override;
-    IConfigAction* delAction(QString const& key) const override;
+    IConfigAction* createAction(QString const&) const override { return nullptr; }
+    IConfigAction* delAction(QString const&) const override { return nullptr; }
     IConfigAction* commitAction(QString const& key) const override;
-    IConfigAction* applyAction(QString const& key) const override;
+    IConfigAction* applyAction(QString const&) const override { return nullptr; }
 
 private:
     Q_DISABLE_COPY(DisplaySettingClass)

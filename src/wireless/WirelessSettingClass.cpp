@@ -18,10 +18,6 @@ WirelessSettingClass::WirelessSettingClass()
                  << QLatin1String("zelvo-view/wireless/passphrase");
 }
 
-WirelessSettingClass::~WirelessSettingClass()
-{
-}
-
 IConfigAction* WirelessSettingClass::isVisibleAction(QString const& key) const
 {
     if (key != kBranch)
@@ -36,31 +32,11 @@ IConfigAction* WirelessSettingClass::valueAction(QString const& key) const
     return cached<ValueAction>(ACTION_VALUE);
 }
 
-IConfigAction* WirelessSettingClass::setValueAction(QString const&) const
-{
-    return nullptr;
-}
-
-IConfigAction* WirelessSettingClass::createAction(QString const&) const
-{
-    return nullptr;
-}
-
-IConfigAction* WirelessSettingClass::delAction(QString const&) const
-{
-    return nullptr;
-}
-
 IConfigAction* WirelessSettingClass::commitAction(QString const& key) const
 {
     if (!mHandledKeys.contains(key))
         return nullptr;
     return cached<CommitAction>(ACTION_COMMIT);
-}
-
-IConfigAction* WirelessSettingClass::applyAction(QString const&) const
-{
-    return nullptr;
 }
 
 template <class Action> IConfigAction* WirelessSettingClass::cached(Action_t operation) const

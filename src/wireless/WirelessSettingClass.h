@@ -14,15 +14,15 @@ class WirelessSettingClass : public ISettingClass
 {
 public:
     WirelessSettingClass();
-    ~WirelessSettingClass() override;
+    ~WirelessSettingClass() override { }
 
     IConfigAction* isVisibleAction(QString const& key) const override;
     IConfigAction* valueAction(QString const& key) const override;
-    IConfigAction* setValueAction(QString const& key) const override;
-    IConfigAction* createAction(QString const& key) const override;
-    IConfigAction* delAction(QString const& key) const override;
+    IConfigAction* setValueAction(QString const&) const override { return nullptr; }
+    IConfigAction* createAction(QString const&) const override { return nullptr; }
+    IConfigAction* delAction(QString const&) const override { return nullptr; }
     IConfigAction* commitAction(QString const& key) const override;
-    IConfigAction* applyAction(QString const& key) const override;
+    IConfigAction* applyAction(QString const&) const override { return nullptr; }
 
 private:
     Q_DISABLE_COPY(WirelessSettingClass)

@@ -85,9 +85,13 @@ QRunnable* Wrapper::sObserved(QRunnable* task)
 
 QString Wrapper::find(IConfigEntry const& entry, char const* fileName)
 {
-    if (WrapperFolders::sAreMissing(entry))
-        return QString();
-    QString const file = path(entry, fileName);
+    return WrapperFolders::sAreMissing(entry) ? QString()
+                                              : find(generalisedPath(entry.path()), fileName);
+}
+
+QString Wrapper::find(QString const& viewKey, char const* fileName)
+{
+    QString const file = path(viewKey, fileName);
     return QFile::exists(file) ? file : QString();
 }
 

@@ -88,8 +88,9 @@ public:
     /// The same for a key that has "{uuid}" in place of UUIDs already.
     static QString path(QString const& viewKey, char const* fileName);
 
-    /// Where a file of the entry lies if it is there; null when it is not.
+    // The same if the file is there; null when it is not.
     static QString find(IConfigEntry const& entry, char const* fileName);
+    static QString find(QString const& viewKey, char const* fileName);
 
     /// From now on `observer` is told of all runs. Without one, which is how it starts, a run costs
     /// nothing more. To be called while no script runs.
