@@ -2,7 +2,8 @@
 
 #include <QString>
 
-/// True when `key` is `root` or lies under it. The text decides: nothing is normalised.
+/// True when `key` is `root` or lies under it. The text decides: nothing is normalised. A plugin,
+/// which sees nothing of the host, says it for itself.
 bool isAtOrUnder(QString const& key, QString const& root);
 
 /// The key of the child `name` of `directory`.

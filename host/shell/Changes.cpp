@@ -1,6 +1,6 @@
 #include "shell/Changes.h"
 
-#include "shell/KeyNames.h"
+#include "registry/RegistryKey.h"
 #include "shell/Printer.h"
 #include "shell/Reply.h"
 #include "shell/TracedHost.h"
@@ -57,7 +57,7 @@ Outcomes pendingOutcomes(TracedHost& host, QString const& key)
     QMap<QString, _RegEntryChange>::const_iterator change = changes.constBegin();
     for (; change != changes.constEnd(); ++change) {
         PendingOutcome const outcome = {change.value(), values.value(change.key())};
-        if (key.isEmpty() || liesAtOrUnder(change.key(), key))
+        if (key.isEmpty() || isAtOrUnder(change.key(), key))
             outcomes.insert(change.key(), outcome);
     }
     return outcomes;

@@ -1,5 +1,7 @@
 #include "shell/KeyNames.h"
 
+#include "registry/RegistryKey.h"
+
 namespace {
 
 char const* const kKeySpaces[] = {"root", "tmp"};
@@ -9,8 +11,7 @@ char const* const kKeySpaces[] = {"root", "tmp"};
 QString fullKey(QString const& typed)
 {
     for (char const* const space : kKeySpaces) {
-        QString const name = QLatin1String(space);
-        if (typed == name || typed.startsWith(name + QLatin1Char('/')))
+        if (isAtOrUnder(typed, QLatin1String(space)))
             return typed;
     }
     return QLatin1String("root/") + typed;
@@ -31,12 +32,6 @@ QString shownName(QString const& key, _RegNodeType type)
     default:
         return key;
     }
-}
-
-bool liesAtOrUnder(QString const& key, QString const& top)
-{
-    return key.startsWith(top)
-        && (key.size() == top.size() || key.at(top.size()) == QLatin1Char('/'));
 }
 
 bool isOneValue(QMap<QString, _RegNodeType> const& answer)

@@ -15,8 +15,5 @@ QString ownName(QString const& key);
 /// A value is its own text.
 QString shownName(QString const& key, _RegNodeType type);
 
-/// Whether a key is `top` or lies below it.
-bool liesAtOrUnder(QString const& key, QString const& top);
-
 /// Whether an answer is a value, or the default that stands in for one.
 bool isOneValue(QMap<QString, _RegNodeType> const& answer);

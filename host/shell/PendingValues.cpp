@@ -1,6 +1,6 @@
 #include "shell/PendingValues.h"
 
-#include "shell/KeyNames.h"
+#include "registry/RegistryKey.h"
 
 namespace {
 
@@ -43,7 +43,7 @@ QMap<QString, QString> PendingValues::under(QString const& key) const
     QMap<QString, QString> found;
     QMap<QString, QString>::const_iterator value = mValues.constBegin();
     for (; value != mValues.constEnd(); ++value) {
-        if (key.isEmpty() || liesAtOrUnder(value.key(), key))
+        if (key.isEmpty() || isAtOrUnder(value.key(), key))
             found.insert(value.key(), value.value());
     }
     return found;
@@ -52,7 +52,7 @@ QMap<QString, QString> PendingValues::under(QString const& key) const
 bool PendingValues::isPlugins(QString const& key) const
 {
     for (QString const& root : mPluginRoots) {
-        if (liesAtOrUnder(key, root))
+        if (isAtOrUnder(key, root))
             return true;
     }
     return false;

@@ -1,5 +1,6 @@
 #include "shell/ValueSource.h"
 
+#include "registry/RegistryKey.h"
 #include "shell/KeyNames.h"
 #include "shell/Trace.h"
 #include "shell/TracedHost.h"
@@ -41,7 +42,7 @@ QString sourceFrom(QList<TraceEvent> const& steps)
             source = QLatin1String(step.isSuccess ? "script" : "");
         else if (isValueOfRegistry(step))
             source = QLatin1String(
-                liesAtOrUnder(step.subject, QLatin1String(kDisplayKeys)) ? "display" : "registry");
+                isAtOrUnder(step.subject, QLatin1String(kDisplayKeys)) ? "display" : "registry");
         else if (step.kind == TraceEvent::BusCall)
             isOnBus = true;
     }

@@ -1,5 +1,7 @@
 #include "support/TestBackend.h"
 
+#include "tree/KeyPath.h"
+
 #include <QMutexLocker>
 
 namespace {
@@ -7,18 +9,13 @@ namespace {
 int const kDone = 0;
 int const kFailed = 1;
 
-bool isAtOrUnder(QString const& key, QString const& root)
-{
-    return key == root || key.startsWith(root + "/");
-}
-
 /// The keys of `map` at or under `root`.
 template <typename T> QStringList keysUnder(QMap<QString, T> const& map, QString const& root)
 {
     QStringList found;
     QStringList const keys = map.keys();
     for (QString const& key : keys) {
-        if (isAtOrUnder(key, root))
+        if (KeyPath(root).isRootOf(key))
             found.append(key);
     }
     return found;
