@@ -50,26 +50,6 @@ VerificationRecord::VerificationRecord(QByteArray const& text)
 {
 }
 
-QString VerificationRecord::pattern() const
-{
-    return mPattern;
-}
-
-QString VerificationRecord::version() const
-{
-    return mVersion;
-}
-
-QString VerificationRecord::debug() const
-{
-    return mDebug;
-}
-
-QString VerificationRecord::buildKey() const
-{
-    return mBuildKey;
-}
-
 QString VerificationRecord::mismatch() const
 {
     if (mPattern != QLatin1String(kPattern))

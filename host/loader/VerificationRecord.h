@@ -14,10 +14,10 @@ class VerificationRecord
 public:
     explicit VerificationRecord(QByteArray const& text);
 
-    QString pattern() const;
-    QString version() const;
-    QString debug() const;
-    QString buildKey() const;
+    QString pattern() const { return mPattern; }
+    QString version() const { return mVersion; }
+    QString debug() const { return mDebug; }
+    QString buildKey() const { return mBuildKey; }
 
     /// Compares the record with what this host loads.
     ///

@@ -27,16 +27,6 @@ DefaultNode::~DefaultNode()
     qDeleteAll(mChildren);
 }
 
-QString DefaultNode::name() const
-{
-    return mName;
-}
-
-bool DefaultNode::isValue() const
-{
-    return mIsValue;
-}
-
 DefaultNode* DefaultNode::clone() const
 {
     if (mIsValue)
@@ -55,29 +45,9 @@ void DefaultNode::append(DefaultNode* child)
         mTemplateDirectory = child;
 }
 
-QList<DefaultNode*> DefaultNode::children() const
-{
-    return mChildren;
-}
-
 DefaultNode* DefaultNode::child(QString const& name) const
 {
     return mChildByName.value(name);
-}
-
-DefaultNode* DefaultNode::templateDirectory() const
-{
-    return mTemplateDirectory;
-}
-
-_RegEntryType DefaultNode::type() const
-{
-    return mType;
-}
-
-QString DefaultNode::defaultValue() const
-{
-    return mDefaultValue;
 }
 
 QString DefaultNode::regExp() const

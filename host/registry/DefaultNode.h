@@ -24,8 +24,8 @@ public:
     /// Deletes the children.
     ~DefaultNode();
 
-    QString name() const;
-    bool isValue() const;
+    QString name() const { return mName; }
+    bool isValue() const { return mIsValue; }
 
     /// A deep copy, the caller's.
     DefaultNode* clone() const;
@@ -36,18 +36,18 @@ public:
     void append(DefaultNode* child);
 
     /// In document order, the template directory included; they stay this node's.
-    QList<DefaultNode*> children() const;
+    QList<DefaultNode*> children() const { return mChildren; }
 
     /// The child of that very name, or null.
     DefaultNode* child(QString const& name) const;
 
     /// The child named by a placeholder, after which session directories are made, or null.
-    DefaultNode* templateDirectory() const;
+    DefaultNode* templateDirectory() const { return mTemplateDirectory; }
 
     // Of a value.
 
-    _RegEntryType type() const;
-    QString defaultValue() const;
+    _RegEntryType type() const { return mType; }
+    QString defaultValue() const { return mDefaultValue; }
 
     /// Null when there is none.
     QString regExp() const;

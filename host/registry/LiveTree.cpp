@@ -45,16 +45,6 @@ bool LiveNode::isSession() const
     return mOrdinal != 0;
 }
 
-bool LiveNode::hasValue() const
-{
-    return mHasValue;
-}
-
-QString LiveNode::value() const
-{
-    return mValue;
-}
-
 void LiveNode::describe(QString const& key, LiveChanges& changes) const
 {
     LiveChange const creation = {LiveChange::CreateDirectory, key, QString(), mOrdinal};
@@ -98,11 +88,6 @@ LiveChanges LiveTree::stored(QString const& key) const
     if (node)
         node->describe(key, changes);
     return changes;
-}
-
-LiveNode const& LiveTree::top() const
-{
-    return mTop;
 }
 
 LiveNode* LiveTree::makeNode(QString const& key)

@@ -24,8 +24,8 @@ public:
     QStringList sessionsByAge() const;
 
     bool isSession() const;
-    bool hasValue() const;
-    QString value() const;
+    bool hasValue() const { return mHasValue; }
+    QString value() const { return mValue; }
 
 private:
     friend class LiveTree;
@@ -54,7 +54,7 @@ public:
     /// What is stored at and under `key`, as the changes that lead there.
     LiveChanges stored(QString const& key) const;
 
-    LiveNode const& top() const;
+    LiveNode const& top() const { return mTop; }
 
 private:
     Q_DISABLE_COPY(LiveTree)

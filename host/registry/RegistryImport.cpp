@@ -53,21 +53,6 @@ bool RegistryImport::addKey(RegistryXmlKey const& key, QString& error)
     return true;
 }
 
-LiveChanges RegistryImport::steps() const
-{
-    return mSteps;
-}
-
-QStringList RegistryImport::listedKeys() const
-{
-    return mListedKeys;
-}
-
-qint64 RegistryImport::lastOrdinal() const
-{
-    return mLastOrdinal;
-}
-
 QString RegistryImport::keyFor(QString const& name) const
 {
     return mDirectories.isEmpty() ? name : childKey(mDirectories.last(), name);

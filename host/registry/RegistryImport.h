@@ -26,12 +26,12 @@ public:
     void leaveDirectory() override;
     bool addKey(RegistryXmlKey const& key, QString& error) override;
 
-    LiveChanges steps() const;
+    LiveChanges steps() const { return mSteps; }
 
     /// All keys that the document names, directories included.
-    QStringList listedKeys() const;
+    QStringList listedKeys() const { return mListedKeys; }
 
-    qint64 lastOrdinal() const;
+    qint64 lastOrdinal() const { return mLastOrdinal; }
 
 private:
     Q_DISABLE_COPY(RegistryImport)

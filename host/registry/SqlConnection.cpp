@@ -50,8 +50,3 @@ QString SqlConnection::errorMessage() const
 {
     return QString::fromUtf8(sqlite3_errmsg(mHandle));
 }
-
-sqlite3* SqlConnection::handle() const
-{
-    return mHandle;
-}

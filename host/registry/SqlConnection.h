@@ -28,7 +28,7 @@ public:
     /// Why the last operation failed.
     QString errorMessage() const;
 
-    sqlite3* handle() const;
+    sqlite3* handle() const { return mHandle; }
 
 private:
     Q_DISABLE_COPY(SqlConnection)

@@ -58,41 +58,6 @@ IConfigEntry* ConfigKey::clone()
     return copy;
 }
 
-QString ConfigKey::defaultValue() const
-{
-    return mDefaultValue;
-}
-
-_RegEntryType ConfigKey::type() const
-{
-    return mType;
-}
-
-void ConfigKey::setType(_RegEntryType type)
-{
-    mType = type;
-}
-
-QString ConfigKey::regExp() const
-{
-    return mRegExp;
-}
-
-void ConfigKey::setRegExp(QString const& regExp)
-{
-    mRegExp = regExp;
-}
-
-QString ConfigKey::bufferValue() const
-{
-    return mBufferValue;
-}
-
-void ConfigKey::setBufferValue(QString const& value)
-{
-    mBufferValue = value;
-}
-
 QString ConfigKey::value() const
 {
     QVariant value;

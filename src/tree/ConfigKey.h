@@ -20,18 +20,18 @@ public:
     void apply() override;
     IConfigEntry* clone() override;
 
-    QString defaultValue() const;
+    QString defaultValue() const { return mDefaultValue; }
 
     /// The type and the regular expression are carried for the host; no value is checked against
     /// them here.
-    _RegEntryType type() const;
-    void setType(_RegEntryType type);
-    QString regExp() const;
-    void setRegExp(QString const& regExp);
+    _RegEntryType type() const { return mType; }
+    void setType(_RegEntryType type) { mType = type; }
+    QString regExp() const { return mRegExp; }
+    void setRegExp(QString const& regExp) { mRegExp = regExp; }
 
     /// What was set and not committed yet; null when nothing was.
-    QString bufferValue() const;
-    void setBufferValue(QString const& value);
+    QString bufferValue() const { return mBufferValue; }
+    void setBufferValue(QString const& value) { mBufferValue = value; }
 
     /// The current value, from the key's value action; null when there is no such action or it
     /// failed. Neither the default nor the buffered value stands in for it.

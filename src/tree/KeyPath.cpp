@@ -29,11 +29,6 @@ KeyPath::KeyPath(char const* path)
 {
 }
 
-QString KeyPath::toString() const
-{
-    return mPath;
-}
-
 QString KeyPath::basename() const
 {
     return mPath.mid(mPath.lastIndexOf(kSeparator) + 1);

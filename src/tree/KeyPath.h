@@ -21,7 +21,7 @@ public:
     // NOLINTEND(google-explicit-constructor)
 
     /// The text, as given.
-    QString toString() const;
+    QString toString() const { return mPath; }
 
     /// The text behind the last "/"; the whole path when it holds none.
     QString basename() const;

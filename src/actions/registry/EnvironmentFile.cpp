@@ -40,11 +40,6 @@ bool EnvironmentFileReader::next()
     return true;
 }
 
-QByteArray EnvironmentFileReader::bytes() const
-{
-    return mBytes;
-}
-
 bool EnvironmentFileReader::isDeclaration() const
 {
     return mEquals > 0;

@@ -35,7 +35,7 @@ public:
     bool next();
 
     /// The current line as it stands in the file, its end included.
-    QByteArray bytes() const;
+    QByteArray bytes() const { return mBytes; }
 
     bool isDeclaration() const;
 

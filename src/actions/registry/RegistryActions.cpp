@@ -212,11 +212,6 @@ QStringList RegistryCommitAction::processEnvironment(IConfigEntry const& entry)
     return environment;
 }
 
-QString RegistryCommitAction::registryKey() const
-{
-    return mRegistryKey;
-}
-
 QSet<QString> RegistryCommitAction::getRegSet(IConfigEntry const& entry) const
 {
     // The file of setting: what was set to several keys is committed for the same keys.

@@ -100,7 +100,7 @@ public:
     QStringList processEnvironment(IConfigEntry const& entry) override;
 
     /// As it was given.
-    QString registryKey() const;
+    QString registryKey() const { return mRegistryKey; }
 
     /// The targets that "/set.env" names, as they stand there.
     QSet<QString> getRegSet(IConfigEntry const& entry) const;
