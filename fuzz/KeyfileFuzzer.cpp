@@ -99,10 +99,10 @@ void checkSettings(QList<QByteArray> const& settings)
               "an SSID is read as it was written");
     // What cannot stand in a line of a file is refused before it gets here; if it did, it would be
     // cut or make lines of its own.
-    bool const readsBack = NMConfFile::readsBack(passphrase);
-    fuzzCheck(!readsBack || NMConfFile(fileName()).passphrase() == connection.passphrase(),
+    bool const sReadsBack = NMConfFile::sReadsBack(passphrase);
+    fuzzCheck(!sReadsBack || NMConfFile(fileName()).passphrase() == connection.passphrase(),
               "a passphrase is read as it was written");
-    checkStable(readsBack ? connection.toString() : secondPass());
+    checkStable(sReadsBack ? connection.toString() : secondPass());
 }
 
 } // namespace

@@ -130,7 +130,7 @@ public:
     static QString resolveUuid(QString const& concretePath, QString const& registryTemplate);
 
     // The pools of the apply requests under way, the latest on top. Looking at the top and popping
-    // need a pushed pool.
+    // need a pushed pool. "Tread" is the platform's name, kept as it is.
     void pushApplyThreadPool(QThreadPool* pool);
     QThreadPool* topApplyTreadPool();
     QThreadPool* popApplyThreadPool();

@@ -15,19 +15,6 @@ ActionDescription::ActionDescription()
 {
 }
 
-IActionDescription::~IActionDescription()
-{
-}
-
-DescribedAction::DescribedAction()
-{
-    mDescription.runsScript = true;
-}
-
-DescribedAction::~DescribedAction()
-{
-}
-
 ActionDescription DescribedAction::describe(IConfigEntry const&) const
 {
     return mDescription;

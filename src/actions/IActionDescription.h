@@ -63,12 +63,12 @@ public:
     virtual QStringList keysToCommit(IConfigEntry const& entry) = 0;
 
 protected:
-    ~IActionDescription();
+    ~IActionDescription() { }
 };
 
-/// An action whose description is the same for each entry: what its constructors have said, at first
-/// that it runs a script and has nothing behind it. It commits the targets of "set.env" if it reads
-/// some there, else its registry keys, of each that of the entry's session.
+/// An action whose description is the same for each entry: what its constructors have said, at
+/// first that it runs a script and has nothing behind it. It commits the targets of "set.env" if it
+/// reads some there, else its registry keys, of each that of the entry's session.
 class DescribedAction : public IActionDescription
 {
 public:
@@ -76,8 +76,8 @@ public:
     QStringList keysToCommit(IConfigEntry const& entry) override;
 
 protected:
-    DescribedAction();
-    ~DescribedAction();
+    DescribedAction() { mDescription.runsScript = true; }
+    ~DescribedAction() { }
 
     /// To be called by each class on the way from the base to its own constructor.
     ///

@@ -28,16 +28,6 @@ ConfigActions::ConfigActions(Vantora& backend)
 {
 }
 
-void ConfigActions::setCurrentAction(ISettingClass::Action_t action)
-{
-    mCurrentAction = action;
-}
-
-ISettingClass::Action_t ConfigActions::currentAction() const
-{
-    return mCurrentAction;
-}
-
 QString ConfigActions::primaryProfilePath()
 {
     QString const labelInUse = label(kPrimaryProfile);
@@ -53,7 +43,7 @@ QString ConfigActions::primaryProfilePath()
     return QString();
 }
 
-QString ConfigActions::profilePathTemplate()
+QString ConfigActions::sProfilePathTemplate()
 {
     return kProfiles + QLatin1Char('/') + RegistryVocabulary::registryPlaceholder();
 }

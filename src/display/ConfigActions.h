@@ -8,8 +8,9 @@
 class QStringList;
 class Vantora;
 
-/// The actions of one display key, in one object: the current action says which of them `execute`
-/// does. What is read and written goes through the backend. Host thread only.
+/// The actions of one display key, in one object (the platform's name, kept as it is): the current
+/// action says which of them `execute` does. What is read and written goes through the backend.
+/// Host thread only.
 class ConfigActions : public IConfigAction
 {
 public:
@@ -18,8 +19,8 @@ public:
     /// @param backend  must outlive the object.
     explicit ConfigActions(Vantora& backend);
 
-    void setCurrentAction(ISettingClass::Action_t action);
-    ISettingClass::Action_t currentAction() const;
+    void setCurrentAction(ISettingClass::Action_t action) { mCurrentAction = action; }
+    ISettingClass::Action_t currentAction() const { return mCurrentAction; }
 
     /// The registry path of the display profile in use: of those that bear the label that the
     /// configuration names, the one whose path sorts first. A label that cannot be read is an empty
@@ -27,7 +28,7 @@ public:
     QString primaryProfilePath();
 
     /// The registry path of a display profile, with "{UUID}" in place of which.
-    static QString profilePathTemplate();
+    static QString sProfilePathTemplate();
 
 protected:
     /// The label of the profile in use, whether or not there is such a profile. False when it

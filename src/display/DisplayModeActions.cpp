@@ -138,7 +138,7 @@ QString DisplayModeActions::directoryForSetting()
 }
 
 ProfileModeActions::ProfileModeActions(Vantora& backend)
-    : DisplayModeActions(backend, profilePathTemplate())
+    : DisplayModeActions(backend, sProfilePathTemplate())
 {
 }
 

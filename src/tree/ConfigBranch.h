@@ -39,7 +39,7 @@ public:
     virtual bool detachChild(IConfigEntry& child);
 
     /// Called before the branch is copied into a tree as a template; a derived class may bring its
-    /// descendants up to date here. Does nothing.
+    /// descendants up to date here. Does nothing: the platform's slot, kept as it is.
     virtual void validateDescendants();
 
     bool hasChildren() const;

@@ -6,7 +6,8 @@
 class IConfigEntry
 {
 public:
-    /// The operation in progress; actions may ask for it to learn why they are called.
+    /// The operation in progress; actions may ask for it to learn why they are called. (The
+    /// platform's name, kept as it is.)
     enum entry_state_t {
         ENTRY_IDLE = 0,
         ENTRY_DELETING,

@@ -181,7 +181,7 @@ void NMConfFile::setPassphrase(QString const& passphrase)
         mGroups[SecurityGroup].insert(kPsk, passphrase);
 }
 
-bool NMConfFile::readsBack(QString const& value)
+bool NMConfFile::sReadsBack(QString const& value)
 {
     // A carriage return would end the line for others.
     return !value.contains(kEquals) && !value.contains(QLatin1Char('\n'))
@@ -238,7 +238,7 @@ void NMConfFile::loadDefaultConfig()
         mGroups[row.group].insert(QLatin1String(row.key), QString::fromLatin1(row.value));
 }
 
-NMConfFile::Group NMConfFile::groupOfHeader(QString const& line)
+NMConfFile::Group NMConfFile::sGroupOfHeader(QString const& line)
 {
     for (int group = 0; group < GroupCount; ++group) {
         if (line == QLatin1String(kHeaders[group]))
@@ -259,7 +259,7 @@ QString NMConfFile::text(Group group, QString const& key) const
 bool NMConfFile::parseLine(QString const& line, Group& current)
 {
     if (line.startsWith(QLatin1Char('['))) {
-        current = groupOfHeader(line);
+        current = sGroupOfHeader(line);
     } else if (current == NoGroup) {
         return line.isEmpty();
     } else if (line.contains(kEquals)) {

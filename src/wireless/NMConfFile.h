@@ -56,7 +56,7 @@ public:
 
     /// Whether a line of the file can hold `value`: reading it gives what was written. Not so with a
     /// "=", a line end or a NUL in it, with blanks at an end, or with characters outside Latin-1.
-    static bool readsBack(QString const& value);
+    static bool sReadsBack(QString const& value);
 
     /// Whether the connection's type is that of a wireless one.
     bool isWirelessConfig() const;
@@ -86,7 +86,7 @@ private:
 
     static DefaultValue const smDefaultValues[];
 
-    static Group groupOfHeader(QString const& line);
+    static Group sGroupOfHeader(QString const& line);
 
     QString text(Group group, QString const& key) const;
     bool parseLine(QString const& line, Group& current);

@@ -92,7 +92,7 @@ bool CommitAction::write(QString const& setting, QString const& value)
         mConnection->setSsid(value);
     else if (setting == kSecurity)
         mConnection->setSecurity(value);
-    else if (setting == kPassphrase && NMConfFile::readsBack(value))
+    else if (setting == kPassphrase && NMConfFile::sReadsBack(value))
         mConnection->setPassphrase(value);
     else
         return false;

@@ -10,6 +10,10 @@ class NMConfFile;
 // The actions of the wireless keys. Each lets the wrapper script of the entry do the work and turns
 // to the connection file or to NetworkManager when there is none or it fails; which setting is meant
 // is told by the entry's name. Host thread only.
+//
+// "ValueAction", "CommitAction" and "SettingsVisibilityAction" are the platform's names, kept as
+// they are. The actions of another area bear that area's name: a second class "ValueAction" in the
+// program would be taken for this one.
 
 /// Reads "enable" (a bool), "ssid", "security" or "passphrase" (texts, never null). False for any
 /// other name. Writes no file.

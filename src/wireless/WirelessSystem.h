@@ -34,7 +34,7 @@ public:
 NMConfFile* wireless_defaultNmConfig(QDir const& dir);
 
 /// The object path of the first wireless device that NetworkManager knows, or a null string when
-/// there is none or the bus fails.
+/// there is none or the bus fails. The platform's name, kept as it is: no HAL is asked.
 QString wireless_firstHalDevice();
 
 /// Whether there is a wireless device.
