@@ -152,6 +152,7 @@ void NewAreaTest::explainCallsNothingElseReadOnly_data()
 
     QTest::newRow("committed by its area") << kZone;
     QTest::newRow("set and committed in the registry") << "root/zelvo-view/usb/enable";
+    QTest::newRow("set by its area, committed by a script") << "root/zelvo-view/display/resolution";
     QTest::newRow("left to scripts") << "root/zelvo-view/vexlink/sessions/{uuid}/address";
     QTest::newRow("a directory") << "root/zelvo-view/wireless";
 }
@@ -161,6 +162,7 @@ void NewAreaTest::explainCallsNothingElseReadOnly()
     QFETCH(QString, key);
 
     ViewWithClock scene;
+    scene.wrappers.addScript("zelvo-view/display/resolution", "commit.sh", "exit 0");
     QVERIFY(!explain(scene.view, ExaminedEntry(scene.view, key)).isReadOnly);
 }
 
