@@ -1,5 +1,7 @@
 #include "doctor/Explanation.h"
 
+#include "actions/ActionKit.h"
+#include "actions/IActivityObserver.h"
 #include "actions/default/Wrapper.h"
 #include "common/UuidComponents.h"
 #include "doctor/ExaminedView.h"
@@ -139,11 +141,11 @@ namespace {
 typedef bool (ActionKit::*Question)(IConfigEntry const&, QVariant&);
 
 /// Keeps the runs of scripts for as long as it lives.
-class RunRecorder : public WrapperObserver
+class RunRecorder : public IActivityObserver
 {
 public:
-    RunRecorder() { Wrapper::sSetObserver(this); }
-    ~RunRecorder() override { Wrapper::sSetObserver(nullptr); }
+    RunRecorder() { ActionKit::instance()->setObserver(this); }
+    ~RunRecorder() override { ActionKit::instance()->setObserver(nullptr); }
 
     void scriptHasRun(WrapperRun const& run) override { mRuns.append(run); }
     QList<WrapperRun> runs() const { return mRuns; }

@@ -31,7 +31,7 @@ int indexOf(ISettingClass::Action_t op)
 
 } // namespace
 
-ActionKit* ActionKit::smInstance = nullptr;
+std::atomic<ActionKit*> ActionKit::smInstance(nullptr);
 
 void ActionKit::init(Vantora& backend, QDir const& wrappersDir)
 {
@@ -41,6 +41,17 @@ void ActionKit::init(Vantora& backend, QDir const& wrappersDir)
 ActionKit* ActionKit::instance()
 {
     return smInstance;
+}
+
+IActivityObserver* ActionKit::sObserver()
+{
+    ActionKit const* const kit = smInstance;
+    return kit ? kit->mObserver.load() : nullptr;
+}
+
+void ActionKit::setObserver(IActivityObserver* observer)
+{
+    mObserver = observer;
 }
 
 // By value, as the platform has it.
@@ -55,6 +66,7 @@ ActionKit::ActionKit(Vantora& backend, QDir wrappersDir)
                        new DefaultDelAction,
                        new RegistryCommitAction(QString()),
                        new DefaultApplyAction}
+    , mObserver(nullptr)
 {
 }
 

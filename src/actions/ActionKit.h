@@ -9,7 +9,10 @@
 #include <QString>
 #include <QStringList>
 
+#include <atomic>
+
 class ConfigBranch;
+class IActivityObserver;
 class IConfigAction;
 class IConfigEntry;
 class QThreadPool;
@@ -44,6 +47,14 @@ public:
 
     /// Null before `init`.
     static ActionKit* instance();
+
+    /// Who is told of what is done; null when nobody is, as it is of a new kit, and then nothing is
+    /// measured or kept either. From any thread, before `init` too.
+    static IActivityObserver* sObserver();
+
+    /// @param observer  stays the caller's. It goes when no script is running any more that this kit
+    ///                  has started; null: nobody is told.
+    void setObserver(IActivityObserver* observer);
 
     /// @param backend  must outlive the kit.
     ActionKit(Vantora& backend, QDir wrappersDir);
@@ -143,7 +154,8 @@ private:
     void registerAction(Action_t op, QString const& viewKey, IConfigAction* action);
     IConfigAction* registeredAction(Action_t op, IConfigEntry const& entry) const;
 
-    static ActionKit* smInstance;
+    // Scripts that run beside the requests ask for the observer.
+    static std::atomic<ActionKit*> smInstance;
 
     Vantora& mBackend;
     QDir mWrappersDir;
@@ -155,4 +167,5 @@ private:
     QMap<QString, ConfigBranch*> mConfigBranches;
     QStack<QThreadPool*> mApplyThreadPools;
     QMap<QString, QStringList> mViewKeys; // by registry key
+    std::atomic<IActivityObserver*> mObserver;
 };

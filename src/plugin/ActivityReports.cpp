@@ -1,6 +1,8 @@
 #include "plugin/ActivityReports.h"
 
+#include "actions/ActionKit.h"
 #include "actions/default/HandOverFile.h"
+#include "actions/default/Wrapper.h"
 
 #include <QMetaObject>
 #include <QRunnable>
@@ -25,33 +27,33 @@ QLatin1String nameOf(WrapperRun::Ending ending)
     return QLatin1String("exited");
 }
 
-QLatin1String nameOf(LastCommandObserver::Outcome outcome)
+QLatin1String nameOf(IActivityObserver::Outcome outcome)
 {
     switch (outcome) {
-    case LastCommandObserver::NotStarted:
+    case IActivityObserver::NotStarted:
         return QLatin1String("not started");
-    case LastCommandObserver::HandedOver:
+    case IActivityObserver::HandedOver:
         return QLatin1String("handed over");
-    case LastCommandObserver::NotHandedOver:
+    case IActivityObserver::NotHandedOver:
         return QLatin1String("not handed over");
-    case LastCommandObserver::Started:
+    case IActivityObserver::Started:
         break;
     }
     return QLatin1String("started");
 }
 
-bool concernsHandOverFile(LastCommandObserver::Outcome outcome)
+bool concernsHandOverFile(IActivityObserver::Outcome outcome)
 {
-    return outcome == LastCommandObserver::HandedOver
-        || outcome == LastCommandObserver::NotHandedOver;
+    return outcome == IActivityObserver::HandedOver || outcome == IActivityObserver::NotHandedOver;
 }
 
 /// Runs a task under the request that has queued it.
 class FollowedTask : public QRunnable
 {
 public:
-    FollowedTask(QRunnable* task, QObject& listener)
+    FollowedTask(QRunnable* task, IActivityObserver const& observer, QObject& listener)
         : mTask(task)
+        , mObserver(observer)
         , mListener(listener)
         , mRequest(0)
     {
@@ -62,8 +64,10 @@ public:
 
     void run() override
     {
-        static_cast<void>(QMetaObject::invokeMethod(&mListener, "resumeRequest",
-                                                    Qt::DirectConnection, Q_ARG(int, mRequest)));
+        // The kit may have been made anew since then.
+        if (ActionKit::sObserver() == &mObserver)
+            static_cast<void>(QMetaObject::invokeMethod(
+                &mListener, "resumeRequest", Qt::DirectConnection, Q_ARG(int, mRequest)));
         mTask->run();
     }
 
@@ -71,6 +75,7 @@ private:
     Q_DISABLE_COPY(FollowedTask)
 
     QScopedPointer<QRunnable> mTask;
+    IActivityObserver const& mObserver;
     QObject& mListener;
     int mRequest;
 };
@@ -81,16 +86,14 @@ ActivityReports::ActivityReports(QObject& listener, QObject* parent)
     : QObject(parent)
     , mListener(listener)
 {
-    Wrapper::sSetObserver(this);
-    LastCommandTask::sSetObserver(this);
-    wireless_setBusObserver(this);
+    ActionKit::instance()->setObserver(this);
 }
 
 ActivityReports::~ActivityReports()
 {
-    Wrapper::sSetObserver(nullptr);
-    LastCommandTask::sSetObserver(nullptr);
-    wireless_setBusObserver(nullptr);
+    // Another one may have taken its place.
+    if (ActionKit::sObserver() == this)
+        ActionKit::instance()->setObserver(nullptr);
 }
 
 void ActivityReports::scriptHasRun(WrapperRun const& run)
@@ -107,7 +110,7 @@ void ActivityReports::scriptHasRun(WrapperRun const& run)
 
 QRunnable* ActivityReports::scriptIsQueued(QRunnable* task)
 {
-    return new FollowedTask(task, mListener);
+    return new FollowedTask(task, *this, mListener);
 }
 
 void ActivityReports::lastCommandIsSettled(QString const& request, QString const& command,

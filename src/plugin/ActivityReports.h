@@ -1,8 +1,6 @@
 #pragma once
 
-#include "actions/default/LastCommandTask.h"
-#include "actions/default/Wrapper.h"
-#include "wireless/WirelessSystem.h"
+#include "actions/IActivityObserver.h"
 
 #include <QObject>
 
@@ -25,15 +23,14 @@
 ///
 /// `ending` is "exited", "signal", "not started", "environment too long" or "timed out". `request` is
 /// the key that the host has given to the apply, `outcome` "started", "not started", "handed over" or
-/// "not handed over", `file` the hand-over file in the last two cases; see LastCommandObserver.
-class ActivityReports : public QObject,
-                        public WrapperObserver,
-                        public LastCommandObserver,
-                        public BusObserver
+/// "not handed over", `file` the hand-over file in the last two cases; see IActivityObserver.
+class ActivityReports : public QObject, public IActivityObserver
 {
     Q_OBJECT
 
 public:
+    /// Becomes the kit's observer until this object goes or the kit is made anew.
+    ///
     /// @param listener  stays the caller's and must outlive this object.
     ActivityReports(QObject& listener, QObject* parent);
     ~ActivityReports() override;

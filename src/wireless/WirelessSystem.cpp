@@ -1,5 +1,7 @@
 #include "wireless/WirelessSystem.h"
 
+#include "actions/ActionKit.h"
+#include "actions/IActivityObserver.h"
 #include "common/QtCompat.h"
 #include "wireless/NMConfFile.h"
 
@@ -45,31 +47,31 @@ QLatin1String const kGetProperty("org.freedesktop.DBus.Properties.Get");
 
 typedef QList<QDBusObjectPath> ObjectPaths;
 
-BusObserver* sObserver = nullptr;
-
 /// One call on the bus, for the observer.
 class ObservedCall
 {
 public:
     ObservedCall()
+        : mObserver(ActionKit::sObserver())
     {
-        if (sObserver)
+        if (mObserver)
             mStart = Clock::now();
     }
 
     void end(QString const& path, QString const& member, QDBusError const& error) const
     {
-        if (!sObserver)
+        if (!mObserver)
             return;
         std::chrono::milliseconds const duration
             = std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - mStart);
-        sObserver->busCallHasEnded(path, member, error.isValid() ? error.message() : QString(),
+        mObserver->busCallHasEnded(path, member, error.isValid() ? error.message() : QString(),
                                    static_cast<int>(duration.count()));
     }
 
 private:
     typedef std::chrono::steady_clock Clock;
 
+    IActivityObserver* const mObserver;
     Clock::time_point mStart;
 };
 
@@ -216,15 +218,6 @@ bool isWirelessDevice(QDBusConnection const& bus, QDBusObjectPath const& device)
 }
 
 } // namespace
-
-BusObserver::~BusObserver()
-{
-}
-
-void wireless_setBusObserver(BusObserver* observer)
-{
-    sObserver = observer;
-}
 
 NMConfFile* wireless_defaultNmConfig(QDir const& dir)
 {

@@ -5,21 +5,6 @@
 class NMConfFile;
 class QDir;
 
-/// Is told of the calls of NetworkManager.
-class BusObserver
-{
-public:
-    virtual ~BusObserver();
-
-    /// Called when a call has been answered, on the thread that has waited for it.
-    ///
-    /// @param member  the interface and the name of the method.
-    /// @param error   the message of the error that was answered; null when there was none.
-    virtual void busCallHasEnded(QString const& path, QString const& member, QString const& error,
-                                 int milliseconds)
-        = 0;
-};
-
 // How the wireless settings reach the system: the connection file that they edit, and
 // NetworkManager on the D-Bus system bus. The functions keep no state but the connection, and each
 // blocks until its calls on the bus are answered or the D-Bus binding's time-out has passed. What
@@ -43,8 +28,3 @@ bool wireless_isEnabled();
 /// Asks NetworkManager to deactivate every active connection that uses a wireless device, once for
 /// each such device. Its answers are not looked at.
 void wireless_deactivateConnections();
-
-/// From now on `observer` is told of all calls. To be called while none is under way.
-///
-/// @param observer  stays the caller's; null, as it is at the start: nobody is told.
-void wireless_setBusObserver(BusObserver* observer);

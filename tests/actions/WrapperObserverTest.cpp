@@ -1,17 +1,22 @@
+#include "actions/IActivityObserver.h"
 #include "actions/default/ApplyTask.h"
 #include "actions/default/Wrapper.h"
+#include "support/TestBackend.h"
+#include "support/TestKit.h"
 #include "support/TestProgram.h"
 #include "support/TestWrappers.h"
 
 #include <QtTest>
 
+#include <thread>
+
 namespace {
 
-class RunList : public WrapperObserver
+class RunList : public IActivityObserver
 {
 public:
-    RunList() { Wrapper::sSetObserver(this); }
-    ~RunList() override { Wrapper::sSetObserver(nullptr); }
+    RunList() { ActionKit::instance()->setObserver(this); }
+    ~RunList() override { ActionKit::instance()->setObserver(nullptr); }
 
     void scriptHasRun(WrapperRun const& run) override { runs.append(run); }
 
@@ -28,6 +33,7 @@ class WrapperObserverTest : public QObject
     Q_OBJECT
 
 private slots:
+    void initTestCase();
     void isToldOfTheEnd_data();
     void isToldOfTheEnd();
     void isToldOfAScriptThatDoesNotStart();
@@ -35,8 +41,19 @@ private slots:
     void isToldOfOutputWithoutTakingIt();
     void isToldTheEndOfALongErrorOutput();
     void isToldNothingOnceItIsTakenAway();
+    void isToldNothingOnceTheKitIsMadeAnew();
+    void isToldNothingOfARunThatHasBegunBefore();
     void leavesQueuedScriptsAsTheyAre();
+
+private:
+    TestBackend mBackend;
 };
+
+void WrapperObserverTest::initTestCase()
+{
+    QVERIFY(!ActionKit::sObserver());
+    freshKit(mBackend, QDir());
+}
 
 void WrapperObserverTest::isToldOfTheEnd_data()
 {
@@ -137,17 +154,44 @@ void WrapperObserverTest::isToldNothingOnceItIsTakenAway()
     RunList list;
     QVERIFY(Wrapper(script).run());
     QCOMPARE(list.runs.size(), 1);
-    Wrapper::sSetObserver(nullptr);
+    ActionKit::instance()->setObserver(nullptr);
     QVERIFY(Wrapper(script).run());
     QCOMPARE(list.runs.size(), 1);
+}
+
+void WrapperObserverTest::isToldNothingOnceTheKitIsMadeAnew()
+{
+    TestWrappers const wrappers;
+    QString const script = wrappers.addScript("key", "get.sh", "exit 0");
+    RunList const list;
+    freshKit(mBackend, QDir());
+    QVERIFY(!ActionKit::sObserver());
+    QVERIFY(Wrapper(script).run());
+    QCOMPARE(list.runs.size(), 0);
+}
+
+/// Nobody has measured the time since its start.
+void WrapperObserverTest::isToldNothingOfARunThatHasBegunBefore()
+{
+    TestWrappers const wrappers;
+    QString const script
+        = wrappers.addScript("key", "get.sh", ": >here; until [ -e go ]; do /bin/sleep 0.01; done");
+    bool isSuccess = false;
+    std::thread run([&] { isSuccess = Wrapper(script).run(); });
+    while (!wrappers.exists("key", "here"))
+        QTest::qSleep(1);
+    RunList const list;
+    wrappers.addFile("key", "go", "");
+    run.join();
+    QVERIFY(isSuccess);
+    QCOMPARE(list.runs.size(), 0);
 }
 
 void WrapperObserverTest::leavesQueuedScriptsAsTheyAre()
 {
     ApplyTask task((QFileInfo()));
-    QCOMPARE(Wrapper::sObserved(&task), static_cast<QRunnable*>(&task));
-    RunList const list;
-    QCOMPARE(Wrapper::sObserved(&task), static_cast<QRunnable*>(&task));
+    RunList list;
+    QCOMPARE(list.scriptIsQueued(&task), static_cast<QRunnable*>(&task));
 }
 
 ZELVO_TEST(WrapperObserverTest)

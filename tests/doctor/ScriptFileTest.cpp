@@ -1,8 +1,11 @@
 #include "doctor/ScriptFile.h"
 
+#include "actions/IActivityObserver.h"
 #include "actions/default/Wrapper.h"
 #include "common/Text.h"
+#include "support/TestBackend.h"
 #include "support/TestDirectory.h"
+#include "support/TestKit.h"
 #include "support/TestProgram.h"
 
 #include <QDir>
@@ -17,15 +20,15 @@
 namespace {
 
 /// How the plugin's runner sees the script end.
-class LastRun : public WrapperObserver
+class LastRun : public IActivityObserver
 {
 public:
     LastRun()
         : wasStarted(false)
     {
-        Wrapper::sSetObserver(this);
+        freshKit(mBackend, QDir()).setObserver(this);
     }
-    ~LastRun() override { Wrapper::sSetObserver(nullptr); }
+    ~LastRun() override { ActionKit::instance()->setObserver(nullptr); }
 
     void scriptHasRun(WrapperRun const& run) override
     {
@@ -36,6 +39,8 @@ public:
 
 private:
     Q_DISABLE_COPY(LastRun)
+
+    TestBackend mBackend;
 };
 
 bool starts(QString const& script, ScriptEnvironment environment)

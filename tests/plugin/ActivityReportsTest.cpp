@@ -1,5 +1,8 @@
 // What a host is told that asks the plugin to tell.
 
+#include "plugin/ActivityReports.h"
+
+#include "actions/default/ApplyTask.h"
 #include "actions/default/Wrapper.h"
 #include "plugin/PluginScene.h"
 #include "support/LastCommandWatch.h"
@@ -90,6 +93,9 @@ private slots:
     void requestWithoutLastCommandTellsOfNone();
     void listenerWithoutMethodsChangesNothing();
     void pluginThatIsGoneTellsNothing();
+    void pluginThatGoesLeavesAnotherOneItsListener();
+    void applyThatEndsUnderANewKitIsNotTold();
+    void scriptThatStartsUnderANewKitIsNotTold();
 
 private:
     static void listen(PluginScene& scene, QObject& listener)
@@ -249,6 +255,52 @@ void ActivityReportsTest::pluginThatIsGoneTellsNothing()
     }
     TestWrappers const wrappers;
     QVERIFY(Wrapper(wrappers.addScript("key", "get.sh", "exit 0")).run());
+    QCOMPARE(listener.told(), QStringList());
+}
+
+void ActivityReportsTest::pluginThatGoesLeavesAnotherOneItsListener()
+{
+    Listener first;
+    Listener second;
+    PluginScene scene(kRoot);
+    {
+        PluginScene former(kRoot);
+        listen(former, first);
+        listen(scene, second);
+    }
+    scene.wrappers.addScript("zelvo-view/radio/ssid", "get.sh", "printf home");
+    QCOMPARE(scene.get(scene.at("radio/ssid")), 0);
+    QCOMPARE(first.told(), QStringList());
+    QCOMPARE(second.told(), QStringList("get.sh: exit 0, success, 4 bytes"));
+}
+
+void ActivityReportsTest::applyThatEndsUnderANewKitIsNotTold()
+{
+    Listener listener;
+    {
+        PluginScene scene(kRoot);
+        listen(scene, listener);
+        scene.wrappers.addScript("zelvo-view/radio/ssid", "apply.sh",
+                                 ": >here; until [ -e go ]; do /bin/sleep 0.01; done\n"
+                                     + asksFor("logout"));
+        QCOMPARE(scene.apply(scene.at("radio/ssid")), 0);
+        while (!scene.wrappers.exists("zelvo-view/radio/ssid", "here"))
+            QTest::qSleep(1);
+        freshKit(scene.backend, scene.wrappers.directory());
+        scene.wrappers.addFile("zelvo-view/radio/ssid", "go", "");
+    }
+    QCOMPARE(listener.told(), QStringList("resume 7 elsewhere"));
+}
+
+void ActivityReportsTest::scriptThatStartsUnderANewKitIsNotTold()
+{
+    Listener listener;
+    PluginScene scene(kRoot);
+    ActivityReports reports(listener, nullptr);
+    QScopedPointer<QRunnable> const task(reports.scriptIsQueued(new ApplyTask(
+        QFileInfo(scene.wrappers.addScript("zelvo-view/radio/ssid", "apply.sh", "exit 0")))));
+    freshKit(scene.backend, scene.wrappers.directory());
+    task->run();
     QCOMPARE(listener.told(), QStringList());
 }
 

@@ -20,8 +20,10 @@ bool DefaultApplyAction::execute(IConfigEntry const& entry, QVariant&)
     QString const script = Wrapper::find(entry, Wrapper::kApply);
     if (script.isNull())
         return false;
-    ActionKit::instance()->topApplyTreadPool()->start(
-        Wrapper::sObserved(new ApplyTask(QFileInfo(script))));
+    QRunnable* const task = new ApplyTask(QFileInfo(script));
+    IActivityObserver* const observer = ActionKit::sObserver();
+    ActionKit::instance()->topApplyTreadPool()->start(observer ? observer->scriptIsQueued(task)
+                                                               : task);
     return true;
 }
 

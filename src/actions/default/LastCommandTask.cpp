@@ -1,5 +1,6 @@
 #include "actions/default/LastCommandTask.h"
 
+#include "actions/ActionKit.h"
 #include "actions/default/DefaultApplyAction.h"
 #include "actions/default/HandOverFile.h"
 #include "actions/default/LastCommands.h"
@@ -10,17 +11,6 @@
 #include <QMutexLocker>
 #include <QSystemSemaphore>
 #include <QThreadPool>
-
-LastCommandObserver::~LastCommandObserver()
-{
-}
-
-LastCommandObserver* LastCommandTask::smObserver = nullptr;
-
-void LastCommandTask::sSetObserver(LastCommandObserver* observer)
-{
-    smObserver = observer;
-}
 
 LastCommandTask::LastCommandTask(Vantora* backend, QThreadPool* pool, QString const& key)
     : mBackend(backend)
@@ -40,8 +30,9 @@ void LastCommandTask::executeCommand()
 {
     mPool->waitForDone();
     Settlement const settlement = sSettlePending();
-    if (smObserver && !settlement.command.isNull())
-        smObserver->lastCommandIsSettled(mKey, settlement.command, settlement.outcome);
+    IActivityObserver* const observer = ActionKit::sObserver();
+    if (observer && !settlement.command.isNull())
+        observer->lastCommandIsSettled(mKey, settlement.command, settlement.outcome);
 }
 
 LastCommandTask::Settlement LastCommandTask::sSettlePending()
@@ -54,7 +45,7 @@ LastCommandTask::Settlement LastCommandTask::sSettlePending()
     QString waiting;
     if (file.read(waiting))
         pending = lastCommandAfterOffer(pending, waiting);
-    Settlement settlement = {QString(), LastCommandObserver::NotStarted};
+    Settlement settlement = {QString(), IActivityObserver::NotStarted};
     if (pending.isEmpty())
         return settlement;
     settlement = sCarryOut(pending, file);
@@ -68,13 +59,13 @@ LastCommandTask::Settlement LastCommandTask::sCarryOut(QString const& pending, H
     if (!file.exists()) {
         bool const isStarted = QtCompat::startDetachedCommandLine(commandLine);
         return {commandLine,
-                isStarted ? LastCommandObserver::Started : LastCommandObserver::NotStarted};
+                isStarted ? IActivityObserver::Started : IActivityObserver::NotStarted};
     }
     QString text = pending;
     if (commandLine != pending)
         text += QLatin1Char(':') + commandLine;
     bool const isWritten = file.replace(text);
-    return {text, isWritten ? LastCommandObserver::HandedOver : LastCommandObserver::NotHandedOver};
+    return {text, isWritten ? IActivityObserver::HandedOver : IActivityObserver::NotHandedOver};
 }
 
 void LastCommandTask::notify()

@@ -1,30 +1,13 @@
 #pragma once
 
+#include "actions/IActivityObserver.h"
+
 #include <QString>
 #include <QThread>
 
 class HandOverFile;
 class QThreadPool;
 class Vantora;
-
-/// Is told what became of last commands.
-class LastCommandObserver
-{
-public:
-    enum Outcome { Started, NotStarted, HandedOver, NotHandedOver };
-
-    virtual ~LastCommandObserver();
-
-    /// Called on the thread that ends an apply request, before the host is told of the end; not for a
-    /// request without a last command.
-    ///
-    /// @param request  the key that the host has given to the apply; may be empty.
-    /// @param command  the command line that was started, as far as is known, or could not be; the
-    ///                 text that was written into the hand-over file, or could not be.
-    virtual void lastCommandIsSettled(QString const& request, QString const& command,
-                                      Outcome outcome)
-        = 0;
-};
 
 /// The end of an apply request, on its own thread: waits for the request's scripts, carries out the
 /// pending last command and tells the host.
@@ -38,11 +21,6 @@ public:
     /// @param key      set to "0" and committed at the end, and the name of the system semaphore
     ///                 that is then released once; empty: nobody is told.
     LastCommandTask(Vantora* backend, QThreadPool* pool, QString const& key);
-
-    /// From now on `observer` is told. To be called while no apply is under way.
-    ///
-    /// @param observer  stays the caller's; null: nobody is told, which is how it starts.
-    static void sSetObserver(LastCommandObserver* observer);
 
     /// Waits for the pool, then runs the pending last command or, where the hand-over file
     /// "/tmp/last-apply-command" exists, writes it there for somebody else to run. What waits there
@@ -60,15 +38,13 @@ private:
     struct Settlement
     {
         QString command;
-        LastCommandObserver::Outcome outcome;
+        IActivityObserver::Outcome outcome;
     };
 
     static Settlement sSettlePending();
     static Settlement sCarryOut(QString const& pending, HandOverFile& file);
 
     void notify();
-
-    static LastCommandObserver* smObserver;
 
     Vantora* mBackend;
     QThreadPool* mPool;

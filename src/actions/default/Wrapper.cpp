@@ -1,6 +1,7 @@
 #include "actions/default/Wrapper.h"
 
 #include "actions/ActionKit.h"
+#include "actions/IActivityObserver.h"
 #include "actions/default/WrapperFolders.h"
 #include "common/QtCompat.h"
 #include "common/Text.h"
@@ -23,15 +24,6 @@ bool writeValue(QTemporaryFile& file, QString const& value)
 }
 
 } // namespace
-
-WrapperObserver::~WrapperObserver()
-{
-}
-
-QRunnable* WrapperObserver::scriptIsQueued(QRunnable* task)
-{
-    return task;
-}
 
 bool WrapperRun::isSuccess() const
 {
@@ -71,18 +63,6 @@ QString Wrapper::path(QString const& viewKey, char const* fileName)
         + QLatin1String(fileName);
 }
 
-WrapperObserver* Wrapper::smObserver = nullptr;
-
-void Wrapper::sSetObserver(WrapperObserver* observer)
-{
-    smObserver = observer;
-}
-
-QRunnable* Wrapper::sObserved(QRunnable* task)
-{
-    return smObserver ? smObserver->scriptIsQueued(task) : task;
-}
-
 QString Wrapper::find(IConfigEntry const& entry, char const* fileName)
 {
     return WrapperFolders::sAreMissing(entry) ? QString()
@@ -98,6 +78,7 @@ QString Wrapper::find(QString const& viewKey, char const* fileName)
 Wrapper::Wrapper(QString const& script, Output output)
     : mScript(script)
     , mOutput(output)
+    , mObserver(nullptr)
 {
     mProcess.setWorkingDirectory(QFileInfo(script).absolutePath());
 }
@@ -129,7 +110,8 @@ bool Wrapper::runWithValue(QString const& value)
 
 void Wrapper::startClock()
 {
-    if (smObserver)
+    mObserver = ActionKit::sObserver();
+    if (mObserver)
         mStart = Clock::now();
 }
 
@@ -144,7 +126,8 @@ bool Wrapper::waitForSuccess()
     dropUnreadChannels();
     WrapperRun::Ending const ending = waitForEnd();
     WrapperRun run = {mScript, ending, mProcess.exitCode(), 0, 0, QByteArray()};
-    if (smObserver)
+    // One that has come or gone since the start is told nothing.
+    if (mObserver && mObserver == ActionKit::sObserver())
         tellObserver(run);
     return run.isSuccess();
 }
@@ -152,7 +135,7 @@ bool Wrapper::waitForSuccess()
 // What nobody reads is not kept either. The script can write it all the same.
 void Wrapper::dropUnreadChannels()
 {
-    if (!smObserver)
+    if (!mObserver)
         mProcess.closeReadChannel(QProcess::StandardError);
     if (mOutput == DropOutput)
         mProcess.closeReadChannel(QProcess::StandardOutput);
@@ -184,5 +167,5 @@ void Wrapper::tellObserver(WrapperRun& run)
     run.milliseconds = static_cast<int>(duration.count());
     run.outputBytes = mProcess.bytesAvailable();
     run.errorOutput = mProcess.errorOutput();
-    smObserver->scriptHasRun(run);
+    mObserver->scriptHasRun(run);
 }

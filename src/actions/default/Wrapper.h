@@ -8,8 +8,8 @@
 
 #include <chrono>
 
+class IActivityObserver;
 class IConfigEntry;
-class QRunnable;
 
 /// What came of one run of a script.
 struct WrapperRun
@@ -35,23 +35,6 @@ struct WrapperRun
 
     /// The end of what it wrote to its standard error, which nobody else reads: 64 KiB at most.
     QByteArray errorOutput;
-};
-
-/// Is told of the runs of scripts.
-class WrapperObserver
-{
-public:
-    virtual ~WrapperObserver();
-
-    /// Called when a script has ended, on the thread that has waited for it.
-    virtual void scriptHasRun(WrapperRun const& run) = 0;
-
-    /// Called on the thread of a request before `task`, which will run a script, goes to another
-    /// thread.
-    ///
-    /// @param task  the pool's, which deletes it.
-    /// @return what the pool runs in its place; `task` itself if not overridden.
-    virtual QRunnable* scriptIsQueued(QRunnable* task);
 };
 
 /// One run of a wrapper script.
@@ -92,15 +75,6 @@ public:
     static QString find(IConfigEntry const& entry, char const* fileName);
     static QString find(QString const& viewKey, char const* fileName);
 
-    /// From now on `observer` is told of all runs. Without one, which is how it starts, a run costs
-    /// nothing more. To be called while no script runs.
-    ///
-    /// @param observer  stays the caller's; null: nobody is told.
-    static void sSetObserver(WrapperObserver* observer);
-
-    /// The task to give to a pool for `task`, which runs a script: the observer may follow it.
-    static QRunnable* sObserved(QRunnable* task);
-
     /// @param script  the full path.
     explicit Wrapper(QString const& script, Output output = DropOutput);
 
@@ -135,10 +109,10 @@ private:
     /// Completes `run` with what only an observer wants to know.
     void tellObserver(WrapperRun& run);
 
-    static WrapperObserver* smObserver;
-
     QString mScript;
     Output mOutput;
     ScriptProcess mProcess;
+    // Null when nobody was there at the start.
+    IActivityObserver* mObserver;
     Clock::time_point mStart;
 };
