@@ -54,6 +54,22 @@ void ActionKit::setObserver(IActivityObserver* observer)
     mObserver = observer;
 }
 
+RequestContext* ActionKit::sRequest()
+{
+    ActionKit const* const kit = smInstance;
+    return kit && kit->mRequestThread.load() == std::this_thread::get_id() ? kit->mRequest
+                                                                           : nullptr;
+}
+
+void ActionKit::sSetRequest(RequestContext* request)
+{
+    ActionKit* const kit = smInstance;
+    if (!kit)
+        return;
+    kit->mRequest = request;
+    kit->mRequestThread = request ? std::this_thread::get_id() : std::thread::id();
+}
+
 // By value, as the platform has it.
 // NOLINTNEXTLINE(performance-unnecessary-value-param)
 ActionKit::ActionKit(Vantora& backend, QDir wrappersDir)
@@ -67,6 +83,8 @@ ActionKit::ActionKit(Vantora& backend, QDir wrappersDir)
                        new RegistryCommitAction(QString()),
                        new DefaultApplyAction}
     , mObserver(nullptr)
+    , mRequest(nullptr)
+    , mRequestThread(std::thread::id())
 {
 }
 

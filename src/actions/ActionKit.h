@@ -10,6 +10,7 @@
 #include <QStringList>
 
 #include <atomic>
+#include <thread>
 
 class ConfigBranch;
 class IActivityObserver;
@@ -17,6 +18,7 @@ class IConfigAction;
 class IConfigEntry;
 class QThreadPool;
 class QVariant;
+class RequestContext;
 class Vantora;
 
 /// The action that serves an operation on an entry, and why it does.
@@ -55,6 +57,13 @@ public:
     /// @param observer  stays the caller's. It goes when no script is running any more that this kit
     ///                  has started; null: nobody is told.
     void setObserver(IActivityObserver* observer);
+
+    /// The innermost request that the calling thread serves; null when it serves none. From any
+    /// thread, before `init` too.
+    static RequestContext* sRequest();
+
+    /// @param request  the calling thread's, from now on; null: it serves none any more.
+    static void sSetRequest(RequestContext* request);
 
     /// @param backend  must outlive the kit.
     ActionKit(Vantora& backend, QDir wrappersDir);
@@ -168,4 +177,7 @@ private:
     QStack<QThreadPool*> mApplyThreadPools;
     QMap<QString, QStringList> mViewKeys; // by registry key
     std::atomic<IActivityObserver*> mObserver;
+    // Touched by the thread that serves it alone.
+    RequestContext* mRequest;
+    std::atomic<std::thread::id> mRequestThread;
 };

@@ -3,7 +3,7 @@
 #include "actions/ActionKit.h"
 #include "actions/default/DefaultActions.h"
 #include "actions/default/DefaultApplyAction.h"
-#include "actions/default/WrapperFolders.h"
+#include "actions/default/RequestContext.h"
 #include "common/RegistryVocabulary.h"
 #include "common/Text.h"
 #include "common/UuidComponents.h"
@@ -112,34 +112,23 @@ void deleteWithItsThread(QThreadPool* pool)
 
 } // namespace
 
-/// A request while it is served.
-class ZelvoView::Request
+class ZelvoView::Request : public RequestContext
 {
 public:
-    Request(ZelvoView& view, char const* operation, QString const& key)
-        : mView(view)
+    Request(ZelvoView& view, Operation operation, QString const& key)
+        : RequestContext(operation, key)
+        , mSetBuffer(view.mSetBuffer)
     {
-        QString const request = QLatin1String(operation) + key;
-        mIsRepeated = mView.mRequests.contains(request);
-        mView.mRequests.append(request);
     }
 
     ~Request()
     {
-        mView.mRequests.removeLast();
-        if (mView.mRequests.isEmpty())
-            mView.mSetBuffer.deleteTakenOut();
+        if (isOutermost())
+            mSetBuffer.deleteTakenOut();
     }
 
-    /// Whether the same request is being served already, and has led to this one.
-    bool isRepeated() const { return mIsRepeated; }
-
 private:
-    Q_DISABLE_COPY(Request)
-
-    ZelvoView& mView;
-    bool mIsRepeated;
-    WrapperFolders mFolders;
+    SetBuffer& mSetBuffer;
 };
 
 ZelvoView::ZelvoView()
@@ -184,7 +173,7 @@ int ZelvoView::contains(QString const& key)
 int ZelvoView::get(QString const& key, QMap<QString, _RegNodeType>& result,
                    _RegEntryParam const& param, QString const& extra)
 {
-    Request const request(*this, "get ", key);
+    Request const request(*this, Request::Get, key);
     if (request.isRepeated())
         return kNotHandled;
     ConfigTree tree(rootDir());
@@ -213,7 +202,7 @@ int ZelvoView::get(QString const& key, QMap<QString, _RegNodeType>& result,
 
 int ZelvoView::set(QString const& key, QString const& value, _RegEntryParam const& param)
 {
-    Request const request(*this, "set ", key);
+    Request const request(*this, Request::Set, key);
     if (request.isRepeated() || param != REG_PARAM_VALUE)
         return kNotHandled;
     ConfigTree tree(rootDir());
@@ -232,7 +221,7 @@ int ZelvoView::set(QString const& key, QString const& value, _RegEntryParam cons
 
 int ZelvoView::commit(QString const& key)
 {
-    Request const request(*this, "commit ", key);
+    Request const request(*this, Request::Commit, key);
     if (request.isRepeated())
         return kNotHandled;
     // The look-up gets a tree of its own: what it finds beside the entry must not be written.
@@ -254,7 +243,9 @@ int ZelvoView::commit(QString const& key)
 
 int ZelvoView::apply(QString const& key, QString const& command)
 {
-    WrapperFolders const folders;
+    Request const request(*this, Request::Apply, key);
+    if (request.isRepeated())
+        return kNotHandled;
     ConfigTree tree(rootDir());
     IConfigEntry* const entry = find(tree, key);
     if (!entry)
@@ -281,7 +272,9 @@ int ZelvoView::apply(QString const& key, QString const& command)
 
 int ZelvoView::create(QString const& key, _RegEntryType const&)
 {
-    Request const request(*this, "create ", key);
+    Request const request(*this, Request::Create, key);
+    if (request.isRepeated())
+        return kNotHandled;
     ConfigTree tree(rootDir());
     AbstractConfigEntry* const session = dynamic_cast<AbstractConfigEntry*>(handler(tree, key));
     QString const uuid = KeyPath(key).basename();
@@ -308,7 +301,9 @@ int ZelvoView::create(QString const& key, _RegEntryType const&)
 
 int ZelvoView::del(QString const& key)
 {
-    Request const request(*this, "del ", key);
+    Request const request(*this, Request::Del, key);
+    if (request.isRepeated())
+        return kNotHandled;
     ConfigTree tree(rootDir());
     IConfigEntry* const entry = find(tree, key);
     if (!entry)
@@ -387,7 +382,7 @@ void ZelvoView::commitPendingUnder(QString const& key)
     QStringList const ordered = ConfigTree::sInOrder(unset, rootDir(), getDefaultSettings());
     for (QString const& each : ordered) {
         // `key` itself, say, is being served.
-        Request const request(*this, "commit ", each);
+        Request const request(*this, Request::Commit, each);
         ConfigTree tree(rootDir());
         IConfigEntry* const found = request.isRepeated() ? nullptr : find(tree, each);
         if (found)

@@ -7,7 +7,6 @@
 #include <QObject>
 #include <QPointer>
 #include <QString>
-#include <QStringList>
 
 class ConfigTree;
 class IConfigEntry;
@@ -109,6 +108,5 @@ private:
     bool isListed(QString const& key) const;
 
     SetBuffer mSetBuffer;
-    QStringList mRequests;
     QList<QPointer<QThreadPool>> mApplyPools; // null when the request has ended
 };

@@ -24,13 +24,11 @@ private slots:
     void init();
 
     void missingAreaIsRemembered();
-    void withoutAnObjectNothingIsRemembered();
     void areaThatIsThereIsNotMissing();
     void eachAreaIsAskedAbout();
     void topIsNeverMissing();
     void areaNamedByAUuidHasTheFolderOfAllSessions();
-    void areaIsAskedAboutAnewAfterAScript();
-    void requestWithinARequestMakesTheOuterOneAskAnew();
+    void forgottenAreaIsAskedAboutAnew();
 
     void scriptInANewFolderIsServedFromTheNextRequestOn();
     void removedFolderIsMissedFromTheNextRequestOn();
@@ -66,75 +64,52 @@ void WrapperFoldersTest::init()
 
 void WrapperFoldersTest::missingAreaIsRemembered()
 {
-    WrapperFolders const folders;
-    QVERIFY(WrapperFolders::sAreMissing(*mKey));
+    WrapperFolders folders;
+    QVERIFY(folders.areMissing(*mKey));
     makeFolder("zelvo-view/usb/enable");
-    QVERIFY(WrapperFolders::sAreMissing(*mKey));
-    QVERIFY(WrapperFolders::sAreMissing(*mUsb));
-}
-
-void WrapperFoldersTest::withoutAnObjectNothingIsRemembered()
-{
-    QVERIFY(!WrapperFolders::sAreMissing(*mKey));
-    {
-        WrapperFolders const folders;
-        QVERIFY(WrapperFolders::sAreMissing(*mKey));
-    }
-    QVERIFY(!WrapperFolders::sAreMissing(*mKey));
-    WrapperFolders::sForget();
+    QVERIFY(folders.areMissing(*mKey));
+    QVERIFY(folders.areMissing(*mUsb));
 }
 
 void WrapperFoldersTest::areaThatIsThereIsNotMissing()
 {
     makeFolder("zelvo-view/usb");
-    WrapperFolders const folders;
-    QVERIFY(!WrapperFolders::sAreMissing(*mKey));
-    QVERIFY(!WrapperFolders::sAreMissing(*mUsb));
+    WrapperFolders folders;
+    QVERIFY(!folders.areMissing(*mKey));
+    QVERIFY(!folders.areMissing(*mUsb));
 }
 
 void WrapperFoldersTest::eachAreaIsAskedAbout()
 {
     makeFolder("zelvo-view/usb");
     ConfigBranch const* const rdp = new ConfigBranch("rdp", mTop.data());
-    WrapperFolders const folders;
-    QVERIFY(!WrapperFolders::sAreMissing(*mKey));
-    QVERIFY(WrapperFolders::sAreMissing(*rdp));
-    QVERIFY(!WrapperFolders::sAreMissing(*mKey));
+    WrapperFolders folders;
+    QVERIFY(!folders.areMissing(*mKey));
+    QVERIFY(folders.areMissing(*rdp));
+    QVERIFY(!folders.areMissing(*mKey));
 }
 
 void WrapperFoldersTest::topIsNeverMissing()
 {
-    WrapperFolders const folders;
-    QVERIFY(!WrapperFolders::sAreMissing(*mTop));
+    WrapperFolders folders;
+    QVERIFY(!folders.areMissing(*mTop));
 }
 
 void WrapperFoldersTest::areaNamedByAUuidHasTheFolderOfAllSessions()
 {
     makeFolder("zelvo-view/{uuid}");
     ConfigBranch* const session = new ConfigBranch(kUuid, mTop.data());
-    WrapperFolders const folders;
-    QVERIFY(!WrapperFolders::sAreMissing(*session));
+    WrapperFolders folders;
+    QVERIFY(!folders.areMissing(*session));
 }
 
-void WrapperFoldersTest::areaIsAskedAboutAnewAfterAScript()
+void WrapperFoldersTest::forgottenAreaIsAskedAboutAnew()
 {
-    WrapperFolders const folders;
-    QVERIFY(WrapperFolders::sAreMissing(*mKey));
+    WrapperFolders folders;
+    QVERIFY(folders.areMissing(*mKey));
     makeFolder("zelvo-view/usb");
-    WrapperFolders::sForget();
-    QVERIFY(!WrapperFolders::sAreMissing(*mKey));
-}
-
-void WrapperFoldersTest::requestWithinARequestMakesTheOuterOneAskAnew()
-{
-    WrapperFolders const outer;
-    QVERIFY(WrapperFolders::sAreMissing(*mKey));
-    {
-        WrapperFolders const inner;
-        makeFolder("zelvo-view/usb");
-        QVERIFY(!WrapperFolders::sAreMissing(*mKey));
-    }
-    QVERIFY(!WrapperFolders::sAreMissing(*mKey));
+    folders.forget();
+    QVERIFY(!folders.areMissing(*mKey));
 }
 
 void WrapperFoldersTest::scriptInANewFolderIsServedFromTheNextRequestOn()

@@ -69,6 +69,45 @@ private:
     QString mArea;
 };
 
+/// Leads each request into itself.
+class RepeatingAction : public IConfigAction
+{
+public:
+    RepeatingAction(PluginScene const& scene, QString const& operation, QString const& key)
+        : mScene(scene)
+        , mOperation(operation)
+        , mKey(key)
+    {
+    }
+
+    bool execute(IConfigEntry const&, QVariant&) override
+    {
+        mCodes << request();
+        return true;
+    }
+
+    int request() const
+    {
+        if (mOperation == "get")
+            return mScene.get(mKey);
+        if (mOperation == "set")
+            return mScene.set(mKey, "value");
+        if (mOperation == "create")
+            return mScene.create(mKey);
+        if (mOperation == "del")
+            return mScene.del(mKey);
+        return mOperation == "commit" ? mScene.commit(mKey) : mScene.apply(mKey);
+    }
+
+    QList<int> codes() const { return mCodes; }
+
+private:
+    PluginScene const& mScene;
+    QString mOperation;
+    QString mKey;
+    QList<int> mCodes;
+};
+
 } // namespace
 
 class ZelvoViewTest : public QObject
@@ -107,6 +146,8 @@ private slots:
 
     void setOfAnythingButAValueAnswersOne();
     void setOfABranchAnswersOne();
+    void requestThatLeadsIntoItselfIsNotHandled_data();
+    void requestThatLeadsIntoItselfIsNotHandled();
     void createFollowsItsAction();
     void createNeedsAPlaceholder_data();
     void createNeedsAPlaceholder();
@@ -524,6 +565,41 @@ void ZelvoViewTest::setOfABranchAnswersOne()
     QCOMPARE(scene.set(root, "x"), 1);
     QCOMPARE(scene.set(scene.at(QString("rdp/sessions/") + kUuid), "x"), 1);
     QCOMPARE(scene.backend.calls("set"), QStringList());
+}
+
+void ZelvoViewTest::requestThatLeadsIntoItselfIsNotHandled_data()
+{
+    QTest::addColumn<QString>("operation");
+    QStringList const operations = QStringList() << "get"
+                                                 << "set"
+                                                 << "create"
+                                                 << "del"
+                                                 << "commit"
+                                                 << "apply";
+    for (QString const& operation : operations)
+        QTest::newRow(qPrintable(operation)) << operation;
+}
+
+void ZelvoViewTest::requestThatLeadsIntoItselfIsNotHandled()
+{
+    QFETCH_GLOBAL(QString, root);
+    QFETCH(QString, operation);
+
+    PluginScene scene(root);
+    QString const viewKey = operation == "create" ? "rdp/sessions/{uuid}" : "usb/enable";
+    QString const key = viewKey.endsWith("}") ? "rdp/sessions/" + QString(kUuid) : viewKey;
+    RepeatingAction action(scene, operation, scene.at(key));
+    ActionKit& kit = *ActionKit::instance();
+    kit.registerValueAction("zelvo-view/" + viewKey, &action);
+    kit.registerSetValueAction("zelvo-view/" + viewKey, &action);
+    kit.registerCreateAction("zelvo-view/" + viewKey, &action);
+    kit.registerDelAction("zelvo-view/" + viewKey, &action);
+    kit.registerCommitAction("zelvo-view/" + viewKey, &action);
+    kit.registerApplyAction("zelvo-view/" + viewKey, &action);
+    QCOMPARE(action.request(), 0);
+    QCOMPARE(action.codes(), QList<int>() << 1);
+    QCOMPARE(action.request(), 0);
+    QCOMPARE(action.codes(), QList<int>() << 1 << 1);
 }
 
 void ZelvoViewTest::createFollowsItsAction()

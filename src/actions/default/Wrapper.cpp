@@ -2,7 +2,7 @@
 
 #include "actions/ActionKit.h"
 #include "actions/IActivityObserver.h"
-#include "actions/default/WrapperFolders.h"
+#include "actions/default/RequestContext.h"
 #include "common/QtCompat.h"
 #include "common/Text.h"
 #include "common/UuidComponents.h"
@@ -65,8 +65,9 @@ QString Wrapper::path(QString const& viewKey, char const* fileName)
 
 QString Wrapper::find(IConfigEntry const& entry, char const* fileName)
 {
-    return WrapperFolders::sAreMissing(entry) ? QString()
-                                              : find(generalisedPath(entry.path()), fileName);
+    return RequestContext::sAreFoldersMissing(entry)
+        ? QString()
+        : find(generalisedPath(entry.path()), fileName);
 }
 
 QString Wrapper::find(QString const& viewKey, char const* fileName)
@@ -145,7 +146,7 @@ WrapperRun::Ending Wrapper::waitForEnd()
 {
     // How it ended is asked below.
     static_cast<void>(mProcess.waitForFinished(kTimeLimitMs));
-    WrapperFolders::sForget();
+    RequestContext::sForgetFolders();
     if (mProcess.state() != QProcess::NotRunning) {
         mProcess.killGroup();
         static_cast<void>(mProcess.waitForFinished());

@@ -18,32 +18,9 @@ IConfigEntry const* areaOf(IConfigEntry const& entry)
 
 } // namespace
 
-thread_local WrapperFolders* WrapperFolders::smCurrent = nullptr;
-
 WrapperFolders::WrapperFolders()
-    : mAround(smCurrent)
-    , mIsMissing(false)
+    : mIsMissing(false)
 {
-    smCurrent = this;
-}
-
-WrapperFolders::~WrapperFolders()
-{
-    smCurrent = mAround;
-    sForget();
-}
-
-bool WrapperFolders::sAreMissing(IConfigEntry const& entry)
-{
-    return smCurrent && smCurrent->areMissing(entry);
-}
-
-void WrapperFolders::sForget()
-{
-    if (!smCurrent)
-        return;
-    smCurrent->mArea = QString();
-    smCurrent->mIsMissing = false;
 }
 
 bool WrapperFolders::areMissing(IConfigEntry const& entry)
@@ -56,4 +33,10 @@ bool WrapperFolders::areMissing(IConfigEntry const& entry)
         mIsMissing = !QFile::exists(Wrapper::path(*area, ""));
     }
     return mIsMissing;
+}
+
+void WrapperFolders::forget()
+{
+    mArea = QString();
+    mIsMissing = false;
 }

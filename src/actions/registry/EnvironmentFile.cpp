@@ -1,7 +1,7 @@
 #include "actions/registry/EnvironmentFile.h"
 
+#include "actions/default/RequestContext.h"
 #include "actions/default/Wrapper.h"
-#include "actions/default/WrapperFolders.h"
 #include "common/Files.h"
 #include "common/Text.h"
 
@@ -63,7 +63,7 @@ QList<EnvironmentDeclaration> readEnvironmentFile(QString const& fileName)
 
 QList<EnvironmentDeclaration> readEnvironmentFile(IConfigEntry const& entry, char const* fileName)
 {
-    if (WrapperFolders::sAreMissing(entry))
+    if (RequestContext::sAreFoldersMissing(entry))
         return QList<EnvironmentDeclaration>();
     return readEnvironmentFile(Wrapper::path(entry, fileName));
 }

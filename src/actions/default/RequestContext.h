@@ -1,0 +1,39 @@
+#pragma once
+
+#include "actions/default/WrapperFolders.h"
+
+/// A request of the host while it is served, and what it has seen so far.
+///
+/// An object lies on the stack of the thread that serves the request, and the kit knows the innermost
+/// one: they nest like the requests. That thread alone sees it; a script that runs beside the request,
+/// on a thread of an apply, finds none. Without an object nothing is remembered.
+class RequestContext
+{
+public:
+    enum Operation { Get, Set, Create, Del, Commit, Apply };
+
+    RequestContext(Operation operation, QString const& key);
+
+    /// Lets the request around this one forget the folders: the one that ends may have run scripts.
+    ~RequestContext();
+
+    /// Whether the same request is being served already, and has led to this one.
+    bool isRepeated() const;
+
+    bool isOutermost() const;
+
+    /// Whether the request of the calling thread knows that the entry's area has no folder, and the
+    /// entry thus no file.
+    static bool sAreFoldersMissing(IConfigEntry const& entry);
+
+    /// To be called when a script has run, which may have made folders.
+    static void sForgetFolders();
+
+private:
+    Q_DISABLE_COPY(RequestContext)
+
+    Operation const mOperation;
+    QString const mKey;
+    RequestContext* const mAround;
+    WrapperFolders mFolders;
+};
