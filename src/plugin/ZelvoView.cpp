@@ -2,13 +2,11 @@
 
 #include "actions/ActionKit.h"
 #include "actions/default/DefaultActions.h"
-#include "actions/default/DefaultApplyAction.h"
 #include "actions/default/RequestContext.h"
 #include "common/RegistryVocabulary.h"
 #include "common/Text.h"
 #include "common/UuidComponents.h"
 #include "plugin/ActivityReports.h"
-#include "plugin/AutoThread.h"
 #include "plugin/PendingKeys.h"
 #include "plugin/ViewKeyMap.h"
 #include "tree/ConfigKey.h"
@@ -16,8 +14,6 @@
 
 #include <vantora/vantora.h>
 
-#include <QThread>
-#include <QThreadPool>
 #include <QVariant>
 
 using RegistryVocabulary::viewPlaceholder;
@@ -100,16 +96,6 @@ void commitAlone(IConfigEntry& entry)
     entry.commit();
 }
 
-/// Waits for the end of an apply request and deletes its pool; null: it has gone already.
-void deleteWithItsThread(QThreadPool* pool)
-{
-    if (!pool)
-        return;
-    // First the thread, which waits for the pool.
-    delete pool->findChild<AutoThread*>();
-    delete pool;
-}
-
 } // namespace
 
 class ZelvoView::Request : public RequestContext
@@ -132,14 +118,13 @@ private:
 };
 
 ZelvoView::ZelvoView()
+    : mApplies(*this)
 {
     setName(QLatin1String(kPluginName));
 }
 
 ZelvoView::~ZelvoView()
 {
-    for (QThreadPool* const pool : mApplyPools)
-        deleteWithItsThread(pool);
 }
 
 void ZelvoView::pluginIsLoaded(Vantora& backend, Reg::Registry& registry, QString const& text,
@@ -252,21 +237,7 @@ int ZelvoView::apply(QString const& key, QString const& command)
         return kNotHandled;
     if (ConfigBranch* const branch = dynamic_cast<ConfigBranch*>(entry))
         tree.populateEntryWithAllDescendants(*branch, getDefaultSettings(), key);
-
-    // A parent and its children live in one thread.
-    bool const isCalledElsewhere = thread() != QThread::currentThread();
-    QThreadPool* const pool = new QThreadPool(isCalledElsewhere ? nullptr : this);
-    mApplyPools.removeAll(QPointer<QThreadPool>());
-    mApplyPools.append(pool);
-    ActionKit::instance()->pushApplyThreadPool(pool);
-    entry->apply();
-    DefaultApplyAction::sExecuteLastApplyCommand(mBackend, command);
-    // The keeper of the thread that waits for the pool goes when that thread has ended: nobody uses
-    // the pool any more.
-    QObject::connect(pool->findChild<AutoThread*>(), SIGNAL(destroyed()), pool,
-                     SLOT(deleteLater()));
-    if (isCalledElsewhere)
-        pool->moveToThread(thread());
+    mApplies.start(*entry, mBackend, command);
     return kDone;
 }
 

@@ -1,16 +1,15 @@
 #pragma once
 
+#include "plugin/ApplyRequests.h"
 #include "plugin/SetBuffer.h"
 
 #include <vantora/abstractplugin.h>
 
 #include <QObject>
-#include <QPointer>
 #include <QString>
 
 class ConfigTree;
 class IConfigEntry;
-class QThreadPool;
 
 /// The plugin object: answers the host's requests on the keys of the view.
 ///
@@ -108,5 +107,5 @@ private:
     bool isListed(QString const& key) const;
 
     SetBuffer mSetBuffer;
-    QList<QPointer<QThreadPool>> mApplyPools; // null when the request has ended
+    ApplyRequests mApplies;
 };

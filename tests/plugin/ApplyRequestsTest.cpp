@@ -1,10 +1,14 @@
 // An apply request from its start to its end: which threads take part, and what is left of it.
 
+#include "plugin/ApplyRequests.h"
+
 #include "actions/ActionKit.h"
 #include "actions/default/DefaultApplyAction.h"
 #include "plugin/PluginScene.h"
 #include "support/TestProgram.h"
 #include "support/Waiting.h"
+#include "tree/ConfigBranch.h"
+#include "tree/ConfigKey.h"
 
 #include <QPointer>
 #include <QSemaphore>
@@ -102,7 +106,7 @@ void addHomes()
 
 } // namespace
 
-class ApplyRequestTest : public QObject
+class ApplyRequestsTest : public QObject
 {
     Q_OBJECT
 
@@ -110,6 +114,7 @@ private slots:
     void init();
     void cleanup();
 
+    void endOfTheRequestsWaitsForTheirScripts();
     void poolBelongsToThePlugin();
     void poolGoesAtTheEnd();
     void poolsOfEndedRequestsGoWithoutTheOthers();
@@ -131,38 +136,56 @@ private:
     QSharedPointer<PoolWatch> mPool;
 };
 
-void ApplyRequestTest::init()
+void ApplyRequestsTest::init()
 {
     mScene.reset(new PluginScene(kRoot));
     mPool = QSharedPointer<PoolWatch>(new PoolWatch);
     ActionKit::instance()->registerApplyAction("zelvo-view/radio/ssid", mPool.data());
 }
 
-void ApplyRequestTest::cleanup()
+void ApplyRequestsTest::cleanup()
 {
     mScene.reset();
 }
 
 /// Has the script of a key of the area "radio" wait.
-void ApplyRequestTest::holdScript(QString const& name) const
+void ApplyRequestsTest::holdScript(QString const& name) const
 {
     mScene->wrappers.addScript("zelvo-view/radio/" + name, "apply.sh",
                                "while [ ! -e go ]; do /bin/sleep 0.01; done; : >ran");
 }
 
-void ApplyRequestTest::releaseScript(QString const& name) const
+void ApplyRequestsTest::releaseScript(QString const& name) const
 {
     mScene->wrappers.addFile("zelvo-view/radio/" + name, "go", "");
 }
 
-void ApplyRequestTest::poolBelongsToThePlugin()
+void ApplyRequestsTest::endOfTheRequestsWaitsForTheirScripts()
+{
+    mScene->wrappers.addScript("zelvo-view/radio/ssid", "apply.sh", "/bin/sleep 0.3; : >ran");
+    ConfigBranch top("zelvo-view", nullptr);
+    ConfigBranch* const radio = new ConfigBranch("radio", &top);
+    ConfigKey* const key = new ConfigKey("ssid", QString(), radio);
+    QObject owner;
+    {
+        ApplyRequests requests(owner);
+        requests.start(*key, &mScene->backend, kDoneKey);
+        QVERIFY(!isOver());
+        QCOMPARE(owner.children().size(), 1);
+    }
+    QVERIFY(isOver());
+    QVERIFY(mScene->wrappers.exists("zelvo-view/radio/ssid", "ran"));
+    QVERIFY(owner.children().isEmpty());
+}
+
+void ApplyRequestsTest::poolBelongsToThePlugin()
 {
     mScene->wrappers.addScript("zelvo-view/radio/ssid", "apply.sh", "exit 0");
     QCOMPARE(mScene->apply(mScene->at("radio/ssid")), 0);
     QVERIFY(mPool->owner() == mScene->plugin.data());
 }
 
-void ApplyRequestTest::poolGoesAtTheEnd()
+void ApplyRequestsTest::poolGoesAtTheEnd()
 {
     holdScript("ssid");
     QCOMPARE(mScene->plugin->apply(mScene->at("radio/ssid"), kDoneKey), 0);
@@ -173,7 +196,7 @@ void ApplyRequestTest::poolGoesAtTheEnd()
     QVERIFY(isOver());
 }
 
-void ApplyRequestTest::poolsOfEndedRequestsGoWithoutTheOthers()
+void ApplyRequestsTest::poolsOfEndedRequestsGoWithoutTheOthers()
 {
     holdScript("ssid");
     holdScript("security");
@@ -190,7 +213,7 @@ void ApplyRequestTest::poolsOfEndedRequestsGoWithoutTheOthers()
 }
 
 /// On one processor the toolkit's pool runs one after the other: the first then waits in vain.
-void ApplyRequestTest::scriptsOfOneRequestRunSideBySide()
+void ApplyRequestsTest::scriptsOfOneRequestRunSideBySide()
 {
     bool const areConcurrent = QThread::idealThreadCount() > 1;
     QByteArray const looks = areConcurrent ? "2000" : "20";
@@ -214,7 +237,7 @@ void ApplyRequestTest::scriptsOfOneRequestRunSideBySide()
     QCOMPARE(met, areConcurrent ? 2 : 1);
 }
 
-void ApplyRequestTest::pluginInAnotherThreadIsServed()
+void ApplyRequestsTest::pluginInAnotherThreadIsServed()
 {
     QFETCH(int, kind);
 
@@ -231,7 +254,7 @@ void ApplyRequestTest::pluginInAnotherThreadIsServed()
     QCOMPARE(mScene->wrappers.read("zelvo-view/radio/ssid", "runs"), QByteArray("x\nx\nx\nx\n"));
 }
 
-void ApplyRequestTest::poolGoesInTheThreadOfThePlugin()
+void ApplyRequestsTest::poolGoesInTheThreadOfThePlugin()
 {
     Home home(Home::WithEvents);
     mScene->plugin->moveToThread(&home);
@@ -243,7 +266,7 @@ void ApplyRequestTest::poolGoesInTheThreadOfThePlugin()
     mScene->plugin.reset();
 }
 
-void ApplyRequestTest::pluginThatLeavesItsThreadWaitsForItsApplies()
+void ApplyRequestsTest::pluginThatLeavesItsThreadWaitsForItsApplies()
 {
     QFETCH(int, kind);
 
@@ -260,7 +283,7 @@ void ApplyRequestTest::pluginThatLeavesItsThreadWaitsForItsApplies()
     QVERIFY(mPool->isPoolGone());
 }
 
-void ApplyRequestTest::pluginIsDeletedInItsThreadInTheMiddle()
+void ApplyRequestsTest::pluginIsDeletedInItsThreadInTheMiddle()
 {
     Home home(Home::WithEvents);
     QPointer<QObject> const plugin = mScene->plugin.data();
@@ -274,5 +297,5 @@ void ApplyRequestTest::pluginIsDeletedInItsThreadInTheMiddle()
     QVERIFY(mScene->wrappers.exists("zelvo-view/radio/ssid", "ran"));
 }
 
-ZELVO_TEST(ApplyRequestTest)
-#include "ApplyRequestTest.moc"
+ZELVO_TEST(ApplyRequestsTest)
+#include "ApplyRequestsTest.moc"
