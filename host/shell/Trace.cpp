@@ -28,7 +28,7 @@ struct ThreadState
     int command;
     int depth;
     std::vector<OpenCall> open;
-    QList<TraceEvent>* record;
+    QString* source;
     // Of the script that is told of next.
     QByteArray errorOutput;
 };
@@ -98,11 +98,6 @@ Trace::Trace(Format format)
 {
 }
 
-bool Trace::isActive() const
-{
-    return mFormat != Silent || tState.record;
-}
-
 void Trace::begin(TraceEvent::Kind kind, QString const& operation, QString const& subject)
 {
     ThreadState& state = tState;
@@ -118,7 +113,7 @@ void Trace::begin(TraceEvent::Kind kind, QString const& operation, QString const
     state.open.push_back(call);
 }
 
-void Trace::end(int code, bool hasValue)
+void Trace::end(int code)
 {
     ThreadState& state = tState;
     OpenCall call = state.open.back();
@@ -127,11 +122,9 @@ void Trace::end(int code, bool hasValue)
     if (call.event.kind == TraceEvent::CommandRun)
         state.command = 0;
     call.event.code = code;
-    call.event.hasValue = hasValue;
     call.event.milliseconds
         = std::chrono::duration<double, std::milli>(Clock::now() - call.start).count();
-    if (isActive())
-        add(call.event, call.isAnnounced);
+    add(call.event, call.isAnnounced);
 }
 
 void Trace::expectEnd(QString const& notified)
@@ -157,9 +150,9 @@ void Trace::resumeCommandToEnd(QString const& notified)
         resumeRequest(mNotified.value(notified));
 }
 
-void Trace::record(QList<TraceEvent>* events)
+void Trace::keepSource(QString* source)
 {
-    tState.record = events;
+    tState.source = source;
 }
 
 int Trace::currentRequest() const
@@ -210,14 +203,19 @@ void Trace::lastCommandIsSettled(QString const& request, QString const& command,
 void Trace::busCallHasEnded(QString const& path, QString const& member, QString const& error,
                             int milliseconds)
 {
-    if (!isActive())
-        return;
     TraceEvent event = emptyEvent(TraceEvent::BusCall);
     event.operation = member;
     event.subject = path;
     event.ending = error;
     event.milliseconds = milliseconds;
     addInside(event);
+}
+
+// What is read meanwhile for others, a script's environment say, is told of before.
+void Trace::valueWasRead(QString const&, QString const& source)
+{
+    if (tState.source)
+        *tState.source = source;
 }
 
 void Trace::addInside(TraceEvent& event)
@@ -237,8 +235,6 @@ void Trace::add(TraceEvent const& event, bool wasAnnounced)
     } else if (mFormat == JsonLines) {
         writeMessage(jsonText(traceObject(event)));
     }
-    if (tState.record)
-        tState.record->append(event);
 }
 
 void Trace::keepApplied(TraceEvent const& event)
@@ -265,19 +261,17 @@ TracedCall::TracedCall(Trace& trace, TraceEvent::Kind kind, char const* operatio
                        QString const& subject)
     : mTrace(trace)
     , mCode(0)
-    , mHasValue(false)
 {
     mTrace.begin(kind, QLatin1String(operation), subject);
 }
 
 TracedCall::~TracedCall()
 {
-    mTrace.end(mCode, mHasValue);
+    mTrace.end(mCode);
 }
 
-int TracedCall::end(int code, bool hasValue)
+int TracedCall::end(int code)
 {
     mCode = code;
-    mHasValue = hasValue;
     return code;
 }

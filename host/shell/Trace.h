@@ -49,9 +49,6 @@ struct TraceEvent
 
     /// Of a script.
     qint64 outputBytes;
-
-    /// Of a "get": whether it answered a value rather than a listing.
-    bool hasValue;
 };
 
 /// How a script ended or what became of a call, for a person.
@@ -74,7 +71,7 @@ public:
 
     /// Opens a command or a backend call on the calling thread; each is ended.
     void begin(TraceEvent::Kind kind, QString const& operation, QString const& subject);
-    void end(int code, bool hasValue);
+    void end(int code);
 
     /// From now on the threads that call the backend with the key `notified` belong to the command
     /// of the calling one: it is what an apply in the background ends with. The scripts and the last
@@ -85,8 +82,9 @@ public:
     /// they have happened, in that order. Nothing more is kept for that command.
     QList<TraceEvent> takeApplied();
 
-    /// What the calling thread does from now on is appended to `events` too; null ends that.
-    void record(QList<TraceEvent>* events);
+    /// From now on `source` is where the last value that the calling thread has read comes from, as
+    /// plugins tell; null ends that.
+    void keepSource(QString* source);
 
     /// The command of the calling thread.
     Q_INVOKABLE int currentRequest() const;
@@ -98,11 +96,11 @@ public:
                                           QString const& outcome, QString const& file);
     Q_INVOKABLE void busCallHasEnded(QString const& path, QString const& member,
                                      QString const& error, int milliseconds);
+    Q_INVOKABLE void valueWasRead(QString const& key, QString const& source);
 
 private:
     Q_DISABLE_COPY(Trace)
 
-    bool isActive() const;
     void resumeCommandToEnd(QString const& notified);
     void announceOpenCalls();
     void addInside(TraceEvent& event);
@@ -126,12 +124,11 @@ public:
     ~TracedCall();
 
     /// @return `code`.
-    int end(int code, bool hasValue = false);
+    int end(int code);
 
 private:
     Q_DISABLE_COPY(TracedCall)
 
     Trace& mTrace;
     int mCode;
-    bool mHasValue;
 };

@@ -1,6 +1,5 @@
 #include "shell/TracedHost.h"
 
-#include "shell/KeyNames.h"
 #include "shell/Trace.h"
 
 namespace {
@@ -41,13 +40,7 @@ int TracedHost::get(QString const& key, QMap<QString, _RegNodeType>& result,
                     _RegEntryParam const& param, QString const& extra)
 {
     TracedCall call(mTrace, kCall, "get", key);
-    // The caller's map may hold answers already.
-    QMap<QString, _RegNodeType> answers;
-    int const code = mHost.get(key, answers, param, extra);
-    QMap<QString, _RegNodeType>::const_iterator answer = answers.constBegin();
-    for (; answer != answers.constEnd(); ++answer)
-        result.insert(answer.key(), answer.value());
-    return call.end(code, isOneValue(answers));
+    return call.end(mHost.get(key, result, param, extra));
 }
 
 int TracedHost::commit(QString const& key)

@@ -20,3 +20,7 @@ void IActivityObserver::lastCommandIsSettled(QString const&, QString const&, Out
 void IActivityObserver::busCallHasEnded(QString const&, QString const&, QString const&, int)
 {
 }
+
+void IActivityObserver::valueWasRead(QString const&, QString const&)
+{
+}

@@ -40,4 +40,11 @@ public:
     /// @param error   the message of the error that was answered; null when there was none.
     virtual void busCallHasEnded(QString const& path, QString const& member, QString const& error,
                                  int milliseconds);
+
+    /// Called on the thread of a "get" that answers a value rather than a default.
+    ///
+    /// @param key     as the host has asked for it.
+    /// @param source  "script", or the word of the back end that has answered (see BackEnd); empty
+    ///                for an action that does not describe itself.
+    virtual void valueWasRead(QString const& key, QString const& source);
 };

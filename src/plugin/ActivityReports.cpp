@@ -129,3 +129,9 @@ void ActivityReports::busCallHasEnded(QString const& path, QString const& member
                                                 Q_ARG(QString, path), Q_ARG(QString, member),
                                                 Q_ARG(QString, error), Q_ARG(int, milliseconds)));
 }
+
+void ActivityReports::valueWasRead(QString const& key, QString const& source)
+{
+    static_cast<void>(QMetaObject::invokeMethod(&mListener, "valueWasRead", Qt::DirectConnection,
+                                                Q_ARG(QString, key), Q_ARG(QString, source)));
+}

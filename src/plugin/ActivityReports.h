@@ -4,8 +4,8 @@
 
 #include <QObject>
 
-/// Tells an object of the host what is done for its requests: runs of scripts, last commands and
-/// calls on the bus.
+/// Tells an object of the host what is done for its requests: runs of scripts, last commands, calls on
+/// the bus, and where values come from.
 ///
 /// The host knows nothing of this class and the plugin nothing of the host's: the methods are called
 /// by their names, on the thread on which the thing happened. Those that the object lacks are left
@@ -20,6 +20,8 @@
 ///                                        something to its standard error
 ///     void lastCommandIsSettled(QString request, QString command, QString outcome, QString file)
 ///     void busCallHasEnded(QString path, QString member, QString error, int milliseconds)
+///     void valueWasRead(QString key, QString source)
+///                                        for a "get" that answers a value, not a default
 ///
 /// `ending` is "exited", "signal", "not started", "environment too long" or "timed out". `request` is
 /// the key that the host has given to the apply, `outcome` "started", "not started", "handed over" or
@@ -41,6 +43,7 @@ public:
                               Outcome outcome) override;
     void busCallHasEnded(QString const& path, QString const& member, QString const& error,
                          int milliseconds) override;
+    void valueWasRead(QString const& key, QString const& source) override;
 
 private:
     Q_DISABLE_COPY(ActivityReports)

@@ -69,15 +69,6 @@ void listVisibleChildren(ConfigBranch const& branch, QString const& key,
     }
 }
 
-void readValue(ConfigKey const& key, QMap<QString, _RegNodeType>& result)
-{
-    QString const value = key.value();
-    if (value.isNull())
-        result.insert(key.defaultValue(), REG_NODE_DEFAULT);
-    else
-        result.insert(value, REG_NODE_VALUE);
-}
-
 void deleteChildren(IConfigEntry& entry)
 {
     ConfigBranch* const branch = dynamic_cast<ConfigBranch*>(&entry);
@@ -179,7 +170,13 @@ int ZelvoView::get(QString const& key, QMap<QString, _RegNodeType>& result,
         return kDone;
     }
     if (ConfigKey const* const leaf = dynamic_cast<ConfigKey const*>(entry)) {
-        readValue(*leaf, result);
+        QString const value = leaf->value();
+        if (value.isNull())
+            result.insert(leaf->defaultValue(), REG_NODE_DEFAULT);
+        else
+            result.insert(value, REG_NODE_VALUE);
+        if (!value.isNull())
+            request.valueWasRead(*leaf);
         return kDone;
     }
     return kUnknownEntry;

@@ -2,6 +2,8 @@
 
 #include "plugin/ActivityReports.h"
 
+#include "actions/IActionDescription.h"
+#include "actions/IConfigAction.h"
 #include "actions/default/ApplyTask.h"
 #include "actions/default/Wrapper.h"
 #include "plugin/PluginScene.h"
@@ -71,6 +73,42 @@ private:
     QStringList mTold;
 };
 
+/// Hears where values come from.
+class SourceListener : public QObject
+{
+    Q_OBJECT
+
+public:
+    QStringList told() const { return mTold; }
+
+    Q_INVOKABLE void valueWasRead(QString const& key, QString const& source)
+    {
+        mTold << key.section('/', 2) + ": " + source;
+    }
+
+private:
+    QStringList mTold;
+};
+
+/// Always has a value.
+class FixedAction : public IConfigAction
+{
+public:
+    bool execute(IConfigEntry const&, QVariant& data) override
+    {
+        data = "fixed";
+        return true;
+    }
+};
+
+BackEnd const kBoard = {"board", nullptr, "the board"};
+
+class BoardAction : public FixedAction, public DescribedAction
+{
+public:
+    BoardAction() { describeAs("BoardAction").backEnd = &kBoard; }
+};
+
 /// A listener that has none of the methods.
 class DeafListener : public QObject
 {
@@ -91,6 +129,11 @@ private slots:
     void lastCommandIsToldBeforeTheEnd_data();
     void lastCommandIsToldBeforeTheEnd();
     void requestWithoutLastCommandTellsOfNone();
+    void sourceOfAValueIsTold_data();
+    void sourceOfAValueIsTold();
+    void sourceOfAValueForAScriptIsToldBefore();
+    void sourceIsTheActionsOwnWord();
+    void sourceOfAnActionThatSaysNoWordIsEmpty();
     void listenerWithoutMethodsChangesNothing();
     void pluginThatIsGoneTellsNothing();
     void pluginThatGoesLeavesAnotherOneItsListener();
@@ -233,6 +276,83 @@ void ActivityReportsTest::requestWithoutLastCommandTellsOfNone()
         QCOMPARE(scene.apply(scene.at("radio/ssid")), 0);
     }
     QCOMPARE(listener.told(), QStringList());
+}
+
+void ActivityReportsTest::sourceOfAValueIsTold_data()
+{
+    QTest::addColumn<QByteArray>("script");
+    QTest::addColumn<QString>("registryValue");
+    QTest::addColumn<QString>("key");
+    QTest::addColumn<QStringList>("told");
+
+    QTest::newRow("script") << QByteArray("printf false") << "1"
+                            << "usb/enable" << QStringList("usb/enable: script");
+    QTest::newRow("registry") << QByteArray() << "1"
+                              << "usb/enable" << QStringList("usb/enable: registry");
+    QTest::newRow("registry for a script that fails")
+        << QByteArray("printf false; exit 1") << "1"
+        << "usb/enable" << QStringList("usb/enable: registry");
+    QTest::newRow("empty value") << QByteArray("exit 0") << "1"
+                                 << "usb/enable" << QStringList("usb/enable: script");
+    QTest::newRow("default") << QByteArray("exit 1") << QString() << "usb/enable" << QStringList();
+    QTest::newRow("listing") << QByteArray("exit 0") << "1"
+                             << "usb" << QStringList();
+}
+
+void ActivityReportsTest::sourceOfAValueIsTold()
+{
+    QFETCH(QByteArray, script);
+    QFETCH(QString, registryValue);
+    QFETCH(QString, key);
+    QFETCH(QStringList, told);
+
+    SourceListener listener;
+    PluginScene scene(kRoot);
+    listen(scene, listener);
+    if (!script.isEmpty())
+        scene.wrappers.addScript("zelvo-view/usb/enable", "get.sh", script);
+    if (!registryValue.isNull())
+        scene.backend.addValue("root/USB/root/mass-storage/allowed", registryValue);
+    QCOMPARE(scene.get(scene.at(key)), 0);
+    QCOMPARE(listener.told(), told);
+}
+
+void ActivityReportsTest::sourceOfAValueForAScriptIsToldBefore()
+{
+    SourceListener listener;
+    PluginScene scene(kRoot);
+    listen(scene, listener);
+    scene.wrappers.addScript("zelvo-view/radio/ssid", "get.sh", "printf home");
+    scene.wrappers.addScript("zelvo-view/usb/enable", "get.sh", "exit 1");
+    scene.wrappers.addFile("zelvo-view/usb/enable", "get.env",
+                           "SSID=" + scene.at("radio/ssid").toLatin1() + "\n");
+    scene.backend.addValue("root/USB/root/mass-storage/allowed", "1");
+    QCOMPARE(scene.get(scene.at("usb/enable")), 0);
+    QCOMPARE(listener.told(),
+             QStringList() << "radio/ssid: script"
+                           << "usb/enable: registry");
+}
+
+void ActivityReportsTest::sourceIsTheActionsOwnWord()
+{
+    SourceListener listener;
+    PluginScene scene(kRoot);
+    listen(scene, listener);
+    BoardAction action;
+    ActionKit::instance()->registerValueAction("zelvo-view/radio/ssid", &action);
+    QCOMPARE(scene.get(scene.at("radio/ssid")), 0);
+    QCOMPARE(listener.told(), QStringList("radio/ssid: board"));
+}
+
+void ActivityReportsTest::sourceOfAnActionThatSaysNoWordIsEmpty()
+{
+    SourceListener listener;
+    PluginScene scene(kRoot);
+    listen(scene, listener);
+    FixedAction action;
+    ActionKit::instance()->registerValueAction("zelvo-view/radio/ssid", &action);
+    QCOMPARE(scene.get(scene.at("radio/ssid")), 0);
+    QCOMPARE(listener.told(), QStringList("radio/ssid: "));
 }
 
 void ActivityReportsTest::listenerWithoutMethodsChangesNothing()

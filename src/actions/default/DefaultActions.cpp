@@ -1,5 +1,6 @@
 #include "actions/default/DefaultActions.h"
 
+#include "actions/default/RequestContext.h"
 #include "actions/default/Wrapper.h"
 
 #include <QProcess>
@@ -23,6 +24,7 @@ bool DefaultValueAction::execute(IConfigEntry const& entry, QVariant& data)
     wrapper.setEnvironment(processEnvironment(entry));
     if (!wrapper.run())
         return false;
+    RequestContext::sScriptHasAnswered();
     data = wrapper.output();
     return true;
 }

@@ -1,11 +1,14 @@
 #include "actions/default/RequestContext.h"
 
 #include "actions/ActionKit.h"
+#include "actions/IActionDescription.h"
+#include "actions/IActivityObserver.h"
 
 RequestContext::RequestContext(Operation operation, QString const& key)
     : mOperation(operation)
     , mKey(key)
     , mAround(ActionKit::sRequest())
+    , mIsAnsweredByScript(false)
 {
     ActionKit::sSetRequest(this);
 }
@@ -30,6 +33,17 @@ bool RequestContext::isOutermost() const
     return !mAround;
 }
 
+void RequestContext::valueWasRead(IConfigEntry const& entry) const
+{
+    IActivityObserver* const observer = ActionKit::sObserver();
+    if (!observer)
+        return;
+    IConfigAction const* const action = ActionKit::instance()->registeredValueAction(entry);
+    BackEnd const* const backEnd = descriptionOf(action, entry).backEnd;
+    char const* const source = mIsAnsweredByScript ? "script" : backEnd ? backEnd->word : "";
+    observer->valueWasRead(mKey, QLatin1String(source));
+}
+
 bool RequestContext::sAreFoldersMissing(IConfigEntry const& entry)
 {
     RequestContext* const request = ActionKit::sRequest();
@@ -40,4 +54,10 @@ void RequestContext::sForgetFolders()
 {
     if (RequestContext* const request = ActionKit::sRequest())
         request->mFolders.forget();
+}
+
+void RequestContext::sScriptHasAnswered()
+{
+    if (RequestContext* const request = ActionKit::sRequest())
+        request->mIsAnsweredByScript = true;
 }

@@ -22,12 +22,18 @@ public:
 
     bool isOutermost() const;
 
+    /// Tells the observer where the value comes from that is answered for `entry`.
+    void valueWasRead(IConfigEntry const& entry) const;
+
     /// Whether the request of the calling thread knows that the entry's area has no folder, and the
     /// entry thus no file.
     static bool sAreFoldersMissing(IConfigEntry const& entry);
 
     /// To be called when a script has run, which may have made folders.
     static void sForgetFolders();
+
+    /// To be called when a script has answered a value.
+    static void sScriptHasAnswered();
 
 private:
     Q_DISABLE_COPY(RequestContext)
@@ -36,4 +42,5 @@ private:
     QString const mKey;
     RequestContext* const mAround;
     WrapperFolders mFolders;
+    bool mIsAnsweredByScript;
 };
