@@ -35,9 +35,9 @@ public:
         if (!mIsContinued)
             ++mNumber;
         else if (!bytes.trimmed().isEmpty())
-            problem(
-                QLatin1String("the line is too long: what stands behind its first 1023 bytes is "
-                              "read as a line of its own"));
+            problem(QString::fromLatin1("the line is too long: what stands behind its first %1 "
+                                        "bytes is read as a line of its own")
+                        .arg(kLongestEnvironmentLine));
         mIsContinued = !bytes.endsWith('\n');
         if (bytes.contains('\0'))
             problem(QLatin1String("what stands behind the NUL byte is ignored"));

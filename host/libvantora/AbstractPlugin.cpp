@@ -4,7 +4,7 @@
 namespace {
 
 int const kDone = 0;
-int const kNotSupported = 1;
+int const kNotHandled = 1;
 
 // By _RegEntryType.
 char const* const kTypeWords[]
@@ -24,7 +24,7 @@ AbstractPlugin::~AbstractPlugin()
 
 int AbstractPlugin::set(QString const&, QString const&, _RegEntryParam const&)
 {
-    return kNotSupported;
+    return kNotHandled;
 }
 
 int AbstractPlugin::get(QString const& key, QMap<QString, _RegNodeType>& result,
@@ -33,11 +33,11 @@ int AbstractPlugin::get(QString const& key, QMap<QString, _RegNodeType>& result,
     Reg::NodeSet nodes;
     if (!mRegistry || mRegistry->query(key, nodes, QString::fromLatin1("")) != 0
         || nodes.size() != 1)
-        return kNotSupported;
+        return kNotHandled;
     Reg::Entry const* const entry = dynamic_cast<Reg::Entry const*>(nodes.at(0));
     // A directory with one child answers with that child; the entry asked for bears the key itself.
     if (!entry || entry->absoluteName() != key)
-        return kNotSupported;
+        return kNotHandled;
 
     switch (param) {
     case REG_PARAM_TYPE:
@@ -47,7 +47,7 @@ int AbstractPlugin::get(QString const& key, QMap<QString, _RegNodeType>& result,
         result.insert(entry->regExp(), REG_NODE_VALUE);
         return kDone;
     default:
-        return kNotSupported;
+        return kNotHandled;
     }
 }
 
@@ -55,32 +55,32 @@ int AbstractPlugin::contains(QString const& key)
 {
     Reg::NodeSet nodes;
     bool const known = mRegistry && mRegistry->query(key, nodes, QString::fromLatin1("")) == 0;
-    return known ? kDone : kNotSupported;
+    return known ? kDone : kNotHandled;
 }
 
 int AbstractPlugin::commit(QString const&)
 {
-    return kNotSupported;
+    return kNotHandled;
 }
 
 int AbstractPlugin::apply(QString const&, QString const&)
 {
-    return kNotSupported;
+    return kNotHandled;
 }
 
 int AbstractPlugin::clone(QString const&, QString const&)
 {
-    return kNotSupported;
+    return kNotHandled;
 }
 
 int AbstractPlugin::rollback(QString const&)
 {
-    return kNotSupported;
+    return kNotHandled;
 }
 
 int AbstractPlugin::watch(QStringList const&, int)
 {
-    return kNotSupported;
+    return kNotHandled;
 }
 
 int AbstractPlugin::changes(QMap<QString, _RegEntryChange>&)
@@ -90,22 +90,22 @@ int AbstractPlugin::changes(QMap<QString, _RegEntryChange>&)
 
 int AbstractPlugin::create(QString const&, _RegEntryType const&)
 {
-    return kNotSupported;
+    return kNotHandled;
 }
 
 int AbstractPlugin::del(QString const&)
 {
-    return kNotSupported;
+    return kNotHandled;
 }
 
 int AbstractPlugin::importRegistry(QByteArray&)
 {
-    return kNotSupported;
+    return kNotHandled;
 }
 
 int AbstractPlugin::exportRegistry(QString const&, QByteArray&)
 {
-    return kNotSupported;
+    return kNotHandled;
 }
 
 void AbstractPlugin::pluginIsLoaded(Vantora& backend, Reg::Registry& registry, QString const& text,
@@ -119,7 +119,7 @@ void AbstractPlugin::pluginIsLoaded(Vantora& backend, Reg::Registry& registry, Q
 
 int AbstractPlugin::trySet(QString const&, QString const&)
 {
-    return kNotSupported;
+    return kNotHandled;
 }
 
 QString AbstractPlugin::rootDir() const

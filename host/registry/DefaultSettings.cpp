@@ -4,15 +4,13 @@
 #include "registry/DefaultsLoader.h"
 #include "registry/RegistryKey.h"
 #include "registry/RegistryXmlReader.h"
+#include "registry/ResultCodes.h"
 
 #include <QDir>
 #include <QFile>
 #include <QStringList>
 
 namespace {
-
-int const kKnown = 0;
-int const kUnknown = 1;
 
 DefaultNode const* findDeclaration(DefaultNode const& top, QString const& key)
 {
@@ -80,15 +78,15 @@ int DefaultSettings::query(QString const& key, Reg::NodeSet& nodes, QString cons
 {
     DefaultNode const* const node = findDeclaration(*mTop, key);
     if (!node)
-        return kUnknown;
+        return kRefused;
     if (node->isValue()) {
         nodes.append(makeNode(*node, key));
-        return kKnown;
+        return kDone;
     }
     QList<DefaultNode*> const children = node->children();
     for (DefaultNode const* child : children)
         nodes.append(makeNode(*child, childKey(key, child->name())));
-    return kKnown;
+    return kDone;
 }
 
 DefaultNode const& DefaultSettings::top() const

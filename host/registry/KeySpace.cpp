@@ -1,8 +1,5 @@
 #include "registry/KeySpace.h"
 
-int const KeySpace::kDone;
-int const KeySpace::kRefused;
-
 KeySpace::~KeySpace()
 {
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "registry/ResultCodes.h"
+
 #include <vantora/types.h>
 
 #include <QMap>
@@ -8,8 +10,7 @@
 /// A part of the key space with its own way of keeping values.
 ///
 /// What is set, created and deleted is pending until it is committed; `get` and `contains` see what
-/// is committed. Every operation answers 0, or 1 for a request that is refused: nothing has changed
-/// then, and nothing has been added to a result. Calls must not overlap.
+/// is committed. Every operation answers one of the result codes. Calls must not overlap.
 class KeySpace
 {
 public:
@@ -26,8 +27,4 @@ public:
 
     /// Adds what is pending.
     virtual void changes(QMap<QString, _RegEntryChange>& changes) = 0;
-
-protected:
-    static int const kDone = 0;
-    static int const kRefused = 1;
 };

@@ -3,6 +3,7 @@
 #include "registry/DefaultSettings.h"
 #include "registry/LiveRegistry.h"
 #include "registry/RegistryKey.h"
+#include "registry/ResultCodes.h"
 #include "registry/TemporaryKeys.h"
 
 #include <vantora/abstractplugin.h>
@@ -12,9 +13,6 @@
 #include <mutex>
 
 namespace {
-
-int const kDone = 0;
-int const kRefused = 1;
 
 int const kNoUnits = 0;
 

@@ -21,17 +21,15 @@ void PendingValues::add(QString const& key, QString const& value)
 
 void PendingValues::settled(QString const& key)
 {
-    QMap<QString, QString> const values = under(key);
     Guard const guard(mMutex);
-    for (QString const& settledKey : values.keys())
+    for (QString const& settledKey : keysUnder(key))
         mValues.remove(settledKey);
 }
 
 void PendingValues::rolledBack(QString const& key)
 {
-    QMap<QString, QString> const dropped = under(key);
     Guard const guard(mMutex);
-    for (QString const& droppedKey : dropped.keys()) {
+    for (QString const& droppedKey : keysUnder(key)) {
         if (isPlugins(key) || !isPlugins(droppedKey))
             mValues.remove(droppedKey);
     }
@@ -41,12 +39,19 @@ QMap<QString, QString> PendingValues::under(QString const& key) const
 {
     Guard const guard(mMutex);
     QMap<QString, QString> found;
-    QMap<QString, QString>::const_iterator value = mValues.constBegin();
-    for (; value != mValues.constEnd(); ++value) {
-        if (key.isEmpty() || isAtOrUnder(value.key(), key))
-            found.insert(value.key(), value.value());
-    }
+    for (QString const& foundKey : keysUnder(key))
+        found.insert(foundKey, mValues.value(foundKey));
     return found;
+}
+
+QStringList PendingValues::keysUnder(QString const& key) const
+{
+    QStringList keys;
+    for (QString const& each : mValues.keys()) {
+        if (key.isEmpty() || isAtOrUnder(each, key))
+            keys.append(each);
+    }
+    return keys;
 }
 
 bool PendingValues::isPlugins(QString const& key) const

@@ -29,6 +29,9 @@ public:
     bool isPlugins(QString const& key) const;
 
 private:
+    /// The caller has the lock.
+    QStringList keysUnder(QString const& key) const;
+
     QStringList mPluginRoots;
     QMap<QString, QString> mValues;
     mutable std::mutex mMutex;

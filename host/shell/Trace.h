@@ -54,6 +54,9 @@ struct TraceEvent
 /// How a script ended or what became of a call, for a person.
 QString traceOutcome(TraceEvent const& event);
 
+/// The dynamic property in which a plugin looks for whom to tell.
+char const kListenerProperty[] = "activityListener";
+
 /// Sees what is done for the commands, and writes it to standard error as it happens or keeps it for
 /// somebody who asks.
 ///

@@ -30,9 +30,6 @@ namespace {
 
 char const* const kInMemory = ":memory:";
 
-// Where a plugin looks for whom to tell.
-char const* const kListenerProperty = "activityListener";
-
 /// Has a plugin tell what it does beside its backend calls, if it can.
 void reportActivity(AbstractPlugin& plugin, Trace& trace)
 {

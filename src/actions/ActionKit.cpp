@@ -49,11 +49,6 @@ IActivityObserver* ActionKit::sObserver()
     return kit ? kit->mObserver.load() : nullptr;
 }
 
-void ActionKit::setObserver(IActivityObserver* observer)
-{
-    mObserver = observer;
-}
-
 RequestContext* ActionKit::sRequest()
 {
     ActionKit const* const kit = smInstance;

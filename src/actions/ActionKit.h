@@ -56,7 +56,7 @@ public:
 
     /// @param observer  stays the caller's. It goes when no script is running any more that this kit
     ///                  has started; null: nobody is told.
-    void setObserver(IActivityObserver* observer);
+    void setObserver(IActivityObserver* observer) { mObserver = observer; }
 
     /// The innermost request that the calling thread serves; null when it serves none. From any
     /// thread, before `init` too.

@@ -96,16 +96,20 @@ ActivityReports::~ActivityReports()
         ActionKit::instance()->setObserver(nullptr);
 }
 
+template <typename... Arguments>
+void ActivityReports::tell(char const* method, Arguments const&... arguments)
+{
+    static_cast<void>(
+        QMetaObject::invokeMethod(&mListener, method, Qt::DirectConnection, arguments...));
+}
+
 void ActivityReports::scriptHasRun(WrapperRun const& run)
 {
     if (!run.errorOutput.isEmpty())
-        static_cast<void>(QMetaObject::invokeMethod(
-            &mListener, "scriptHasComplained", Qt::DirectConnection, Q_ARG(QString, run.script),
-            Q_ARG(QByteArray, run.errorOutput)));
-    static_cast<void>(QMetaObject::invokeMethod(
-        &mListener, "scriptHasRun", Qt::DirectConnection, Q_ARG(QString, run.script),
-        Q_ARG(QString, nameOf(run.ending)), Q_ARG(int, run.exitCode), Q_ARG(bool, run.isSuccess()),
-        Q_ARG(int, run.milliseconds), Q_ARG(qlonglong, run.outputBytes)));
+        tell("scriptHasComplained", Q_ARG(QString, run.script), Q_ARG(QByteArray, run.errorOutput));
+    tell("scriptHasRun", Q_ARG(QString, run.script), Q_ARG(QString, nameOf(run.ending)),
+         Q_ARG(int, run.exitCode), Q_ARG(bool, run.isSuccess()), Q_ARG(int, run.milliseconds),
+         Q_ARG(qlonglong, run.outputBytes));
 }
 
 QRunnable* ActivityReports::scriptIsQueued(QRunnable* task)
@@ -116,22 +120,19 @@ QRunnable* ActivityReports::scriptIsQueued(QRunnable* task)
 void ActivityReports::lastCommandIsSettled(QString const& request, QString const& command,
                                            Outcome outcome)
 {
-    QString const file = concernsHandOverFile(outcome) ? HandOverFile::sPath() : QString();
-    static_cast<void>(QMetaObject::invokeMethod(
-        &mListener, "lastCommandIsSettled", Qt::DirectConnection, Q_ARG(QString, request),
-        Q_ARG(QString, command), Q_ARG(QString, nameOf(outcome)), Q_ARG(QString, file)));
+    QString const file = QLatin1String(concernsHandOverFile(outcome) ? kHandOverFilePath : "");
+    tell("lastCommandIsSettled", Q_ARG(QString, request), Q_ARG(QString, command),
+         Q_ARG(QString, nameOf(outcome)), Q_ARG(QString, file));
 }
 
 void ActivityReports::busCallHasEnded(QString const& path, QString const& member,
                                       QString const& error, int milliseconds)
 {
-    static_cast<void>(QMetaObject::invokeMethod(&mListener, "busCallHasEnded", Qt::DirectConnection,
-                                                Q_ARG(QString, path), Q_ARG(QString, member),
-                                                Q_ARG(QString, error), Q_ARG(int, milliseconds)));
+    tell("busCallHasEnded", Q_ARG(QString, path), Q_ARG(QString, member), Q_ARG(QString, error),
+         Q_ARG(int, milliseconds));
 }
 
 void ActivityReports::valueWasRead(QString const& key, QString const& source)
 {
-    static_cast<void>(QMetaObject::invokeMethod(&mListener, "valueWasRead", Qt::DirectConnection,
-                                                Q_ARG(QString, key), Q_ARG(QString, source)));
+    tell("valueWasRead", Q_ARG(QString, key), Q_ARG(QString, source));
 }

@@ -4,6 +4,9 @@
 
 #include <QObject>
 
+/// The dynamic property of the plugin in which the host leaves whom to tell, a `QObject*`.
+char const kListenerProperty[] = "activityListener";
+
 /// Tells an object of the host what is done for its requests: runs of scripts, last commands, calls on
 /// the bus, and where values come from.
 ///
@@ -47,6 +50,8 @@ public:
 
 private:
     Q_DISABLE_COPY(ActivityReports)
+
+    template <typename... Arguments> void tell(char const* method, Arguments const&... arguments);
 
     QObject& mListener;
 };

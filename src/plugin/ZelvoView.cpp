@@ -26,7 +26,6 @@ int const kUnknownEntry = 6;
 
 char const kPluginName[] = "zelvo-view";
 char const kWrappersFolder[] = "/wrappers";
-char const kListenerProperty[] = "activityListener";
 QChar const kSeparator = QLatin1Char('/');
 
 /// Tells which children of one branch are visible. A script that says so is one for all sessions and

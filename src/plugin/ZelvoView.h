@@ -31,8 +31,8 @@ public:
     /// Registers the view with the action kit. Scripts are looked for in `baseDir` + "/wrappers";
     /// one that is not absolute is taken from the working directory that the process has now.
     ///
-    /// A host that wants to see what its requests lead to has put a `QObject*` into the dynamic
-    /// property "activityListener" before; see ActivityReports.
+    /// A host that wants to see what its requests lead to has left a listener before; see
+    /// ActivityReports.
     void pluginIsLoaded(Vantora& backend, Reg::Registry& registry, QString const& text,
                         QString const& baseDir) override;
 

@@ -14,8 +14,6 @@
 
 namespace {
 
-char const kPath[] = "/tmp/last-apply-command";
-
 int const kNone = -1;
 
 // The time of a change is that of the last tick of the system's clock.
@@ -50,17 +48,12 @@ HandOverFile::~HandOverFile()
     close();
 }
 
-QString HandOverFile::sPath()
-{
-    return QLatin1String(kPath);
-}
-
 void HandOverFile::open()
 {
     // Its maker may have it read or written only.
     int const modes[] = {O_RDWR, O_RDONLY, O_WRONLY};
     for (int const mode : modes) {
-        mDescriptor = ::open(kPath, mode | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC);
+        mDescriptor = ::open(kHandOverFilePath, mode | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC);
         if (mDescriptor != kNone)
             return;
         // The first attempt alone decides: a file that has gone since then was there.
@@ -80,7 +73,7 @@ bool HandOverFile::hasNoOtherName() const
         struct stat opened = {};
         struct stat named = {};
         qint64 const before = nowMs();
-        if (::fstat(mDescriptor, &opened) != 0 || ::lstat(kPath, &named) != 0
+        if (::fstat(mDescriptor, &opened) != 0 || ::lstat(kHandOverFilePath, &named) != 0
             || named.st_dev != opened.st_dev || named.st_ino != opened.st_ino
             || !S_ISREG(named.st_mode) || named.st_nlink != 1)
             return false;

@@ -2,8 +2,11 @@
 
 #include <QString>
 
-/// "/tmp/last-apply-command": where it exists, the last command of an apply request is written into it
-/// for its maker to run.
+/// Where this file exists, the last command of an apply request is written into it for its maker to
+/// run.
+char const kHandOverFilePath[] = "/tmp/last-apply-command";
+
+/// The hand-over file as a request finds it.
 ///
 /// Everybody can put anything under that name, at any moment. So it is opened once, when this object
 /// is made, and whether it is there is decided by that; all else is done with what was opened. It can
@@ -14,8 +17,6 @@ class HandOverFile
 public:
     HandOverFile();
     ~HandOverFile();
-
-    static QString sPath();
 
     /// Whether there was anything of that name, of whatever kind.
     bool exists() const;

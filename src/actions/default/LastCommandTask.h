@@ -22,10 +22,10 @@ public:
     ///                 that is then released once; empty: nobody is told.
     LastCommandTask(Vantora* backend, QThreadPool* pool, QString const& key);
 
-    /// Waits for the pool, then runs the pending last command or, where the hand-over file
-    /// "/tmp/last-apply-command" exists, writes it there for somebody else to run. What waits there
-    /// already competes with it. It is dropped when there is something of that name that cannot be
-    /// written, or is no file of its own: see HandOverFile.
+    /// Waits for the pool, then runs the pending last command or, where the hand-over file exists,
+    /// writes it there for somebody else to run. What waits there already competes with it. It is
+    /// dropped when there is something of that name that cannot be written, or is no file of its own:
+    /// see HandOverFile.
     void executeCommand();
 
 protected:

@@ -28,11 +28,6 @@ bool RequestContext::isRepeated() const
     return false;
 }
 
-bool RequestContext::isOutermost() const
-{
-    return !mAround;
-}
-
 void RequestContext::valueWasRead(IConfigEntry const& entry) const
 {
     IActivityObserver* const observer = ActionKit::sObserver();

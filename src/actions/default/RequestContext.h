@@ -20,7 +20,7 @@ public:
     /// Whether the same request is being served already, and has led to this one.
     bool isRepeated() const;
 
-    bool isOutermost() const;
+    bool isOutermost() const { return !mAround; }
 
     /// Tells the observer where the value comes from that is answered for `entry`.
     void valueWasRead(IConfigEntry const& entry) const;

@@ -5,12 +5,6 @@
 #include "common/Files.h"
 #include "common/Text.h"
 
-namespace {
-
-int const kBufferSize = 1024;
-
-} // namespace
-
 char const kRegSet[] = "REG_SET";
 
 bool EnvironmentDeclaration::isTarget() const
@@ -30,8 +24,8 @@ bool EnvironmentFileReader::next()
 {
     if (!mFile.isOpen())
         return false;
-    char buffer[kBufferSize];
-    qint64 const length = mFile.readLine(buffer, kBufferSize);
+    char buffer[kLongestEnvironmentLine + 1];
+    qint64 const length = mFile.readLine(buffer, sizeof buffer);
     if (length <= 0)
         return false;
     mBytes = QByteArray(buffer, static_cast<int>(length));

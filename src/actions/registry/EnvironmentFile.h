@@ -21,10 +21,12 @@ struct EnvironmentDeclaration
 /// The name of a target.
 extern char const kRegSet[];
 
+/// A longer line is read in pieces, each of which counts as a line.
+int const kLongestEnvironmentLine = 1023;
+
 /// Goes through the lines of an environment file.
 ///
-/// A line is read in pieces of at most 1023 bytes, each of which counts as a line, and up to its
-/// first NUL. It is trimmed, and declares something when it has a name before its first "=".
+/// A line is read up to its first NUL. It is trimmed, and declares something when it has a name before its first "=".
 class EnvironmentFileReader
 {
 public:
