@@ -1,10 +1,22 @@
 #include "plugin/SetBuffer.h"
 
 #include "actions/ActionKit.h"
+#include "actions/default/RequestContext.h"
 #include "plugin/PendingKeys.h"
 #include "tree/ConfigTree.h"
 
 #include <QVariant>
+
+namespace {
+
+void commitAlone(IConfigEntry& entry)
+{
+    if (ConfigBranch* const branch = dynamic_cast<ConfigBranch*>(&entry))
+        branch->deleteChildren();
+    entry.commit();
+}
+
+} // namespace
 
 SetBuffer::SetBuffer()
     : mTree(nullptr)
@@ -81,7 +93,55 @@ void SetBuffer::takeOut(IConfigEntry& entry)
     takeOut(entry, PendingKeys());
 }
 
-void SetBuffer::commit(IConfigEntry& committed, QString const& key, Reg::Registry* defaults)
+void SetBuffer::commit(IConfigEntry& found, QString const& key, QString const& root,
+                       Reg::Registry* defaults)
+{
+    if (dynamic_cast<ConfigBranch const*>(&found))
+        commitPendingUnder(key, root, defaults);
+    if (IConfigEntry* const waiting = entry(key))
+        commitWaiting(*waiting, key, defaults);
+    else
+        commitAlone(found);
+}
+
+void SetBuffer::commitAll(QString const& root, Reg::Registry* defaults)
+{
+    commitPendingUnder(root, root, defaults);
+    // The root takes part though nothing may be set.
+    commitWaiting(*tree(root), root, defaults);
+}
+
+void SetBuffer::commitPendingUnder(QString const& key, QString const& root, Reg::Registry* defaults)
+{
+    PendingKeys const pending = PendingKeys::sAsk();
+    forgetWritten(pending);
+    QMap<QString, _RegEntryChange> const changes = pending.atOrUnder(key, root);
+    QStringList unset;
+    QString deleted;
+    QStringList const keys = changes.keys();
+    for (QString const& each : keys) {
+        // A session that goes is committed alone: what was set or deleted in it goes with it.
+        if (!deleted.isEmpty() && KeyPath(deleted).isRootOf(each))
+            continue;
+        if (changes.value(each) == REG_CHANGE_DELETED) {
+            deleted = each;
+            forgetBelow(each);
+        }
+        if (!entry(each))
+            unset.append(each);
+    }
+    QStringList const ordered = ConfigTree::sInOrder(unset, root, defaults);
+    for (QString const& each : ordered) {
+        // `key` itself, say, is being served.
+        RequestContext const request(RequestContext::Commit, each);
+        ConfigTree look(root);
+        IConfigEntry* const found = request.isRepeated() ? nullptr : look.find(each, defaults);
+        if (found)
+            commitAlone(*found);
+    }
+}
+
+void SetBuffer::commitWaiting(IConfigEntry& committed, QString const& key, Reg::Registry* defaults)
 {
     if (ConfigBranch* const branch = dynamic_cast<ConfigBranch*>(&committed))
         mTree->sortLikeDefaultSettings(*branch, defaults, key);

@@ -44,25 +44,36 @@ public:
     /// Forgets a creation that was not committed, with all that was set in it. Others stay.
     void undoCreation(QString const& key);
 
-    /// Forgets what was set below `key`.
-    void forgetBelow(QString const& key);
-
-    /// Forgets what the backend has refused and written after all, by a commit that went past the
-    /// plugin.
-    void forgetWritten(PendingKeys const& pending);
-
     /// Takes `entry` out, with the branches that did nothing but lead to it.
     void takeOut(IConfigEntry& entry);
 
-    /// Commits an entry of the buffer, which stands at `key`, in the order of the default settings.
-    /// What the backend refused stays.
-    void commit(IConfigEntry& committed, QString const& key, Reg::Registry* defaults);
+    /// Commits what waits at or under `key`, and before that by name the keys there that nobody has set
+    /// since their last commit and behind which the backend holds something pending all the same. What
+    /// the backend refuses stays.
+    ///
+    /// @param found  the entry of `key`, in a tree of its own: it takes part though it was not set.
+    /// @param root   that of the view.
+    void commit(IConfigEntry& found, QString const& key, QString const& root,
+                Reg::Registry* defaults);
+    void commitAll(QString const& root, Reg::Registry* defaults);
 
     /// To be called when no request is served any more.
     void deleteTakenOut();
 
 private:
     Q_DISABLE_COPY(SetBuffer)
+
+    void commitPendingUnder(QString const& key, QString const& root, Reg::Registry* defaults);
+
+    /// An entry of the buffer, in the order of the default settings.
+    void commitWaiting(IConfigEntry& committed, QString const& key, Reg::Registry* defaults);
+
+    /// Forgets what was set below `key`.
+    void forgetBelow(QString const& key);
+
+    /// Forgets what the backend has refused and written after all, by a commit that went past the
+    /// plugin.
+    void forgetWritten(PendingKeys const& pending);
 
     bool holds(IConfigEntry const& entry) const;
     void commitHeld(IConfigEntry& entry);

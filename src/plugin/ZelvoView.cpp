@@ -7,7 +7,6 @@
 #include "common/Text.h"
 #include "common/UuidComponents.h"
 #include "plugin/ActivityReports.h"
-#include "plugin/PendingKeys.h"
 #include "plugin/ViewKeyMap.h"
 #include "tree/ConfigKey.h"
 #include "tree/ConfigTree.h"
@@ -66,24 +65,6 @@ void listVisibleChildren(ConfigBranch const& branch, QString const& key,
         bool const isBranch = dynamic_cast<ConfigBranch const*>(child);
         result.insert(key + kSeparator + child->name(), isBranch ? REG_NODE_DIR : REG_NODE_KEY);
     }
-}
-
-void deleteChildren(IConfigEntry& entry)
-{
-    ConfigBranch* const branch = dynamic_cast<ConfigBranch*>(&entry);
-    if (!branch)
-        return;
-    QList<IConfigEntry*> const children = branch->children();
-    for (IConfigEntry* const child : children) {
-        branch->detachChild(*child);
-        delete child;
-    }
-}
-
-void commitAlone(IConfigEntry& entry)
-{
-    deleteChildren(entry);
-    entry.commit();
 }
 
 } // namespace
@@ -187,7 +168,7 @@ int ZelvoView::set(QString const& key, QString const& value, _RegEntryParam cons
     if (request.isRepeated() || param != REG_PARAM_VALUE)
         return kNotHandled;
     ConfigTree tree(rootDir());
-    IConfigEntry const* const entry = find(tree, key);
+    IConfigEntry const* const entry = tree.find(key, getDefaultSettings());
     if (!entry)
         return kNotHandled;
     if (!dynamic_cast<ConfigKey const*>(entry))
@@ -209,16 +190,16 @@ int ZelvoView::commit(QString const& key)
     ConfigTree tree(rootDir());
     if (!handler(tree, key)) {
         if (KeyPath(key).isRootOf(rootDir()))
-            commitRoot();
+            mSetBuffer.commitAll(rootDir(), getDefaultSettings());
         return kNotHandled;
     }
     IConfigEntry* const found = tree.resolveUuids(key);
     if (!found)
         return kNotHandled;
     if (found == &tree)
-        commitRoot();
+        mSetBuffer.commitAll(rootDir(), getDefaultSettings());
     else
-        commitEntry(*found, key);
+        mSetBuffer.commit(*found, key, rootDir(), getDefaultSettings());
     return kDone;
 }
 
@@ -228,7 +209,7 @@ int ZelvoView::apply(QString const& key, QString const& command)
     if (request.isRepeated())
         return kNotHandled;
     ConfigTree tree(rootDir());
-    IConfigEntry* const entry = find(tree, key);
+    IConfigEntry* const entry = tree.find(key, getDefaultSettings());
     if (!entry)
         return kNotHandled;
     if (ConfigBranch* const branch = dynamic_cast<ConfigBranch*>(entry))
@@ -252,7 +233,8 @@ int ZelvoView::create(QString const& key, _RegEntryType const&)
         return kNotHandled;
 
     // The session alone waits for the commit; its keys do when they are set.
-    deleteChildren(*session);
+    if (ConfigBranch* const branch = dynamic_cast<ConfigBranch*>(session))
+        branch->deleteChildren();
     bool const waits = mSetBuffer.entry(key);
     IConfigEntry* const pending = mSetBuffer.add(tree, key);
     if (!pending)
@@ -272,7 +254,7 @@ int ZelvoView::del(QString const& key)
     if (request.isRepeated())
         return kNotHandled;
     ConfigTree tree(rootDir());
-    IConfigEntry* const entry = find(tree, key);
+    IConfigEntry* const entry = tree.find(key, getDefaultSettings());
     if (!entry)
         return kNotHandled;
     entry->del();
@@ -303,58 +285,6 @@ void ZelvoView::deleteSetBuffer()
 IConfigEntry* ZelvoView::handler(ConfigTree& tree, QString const& key) const
 {
     return tree.handlesKey(generalisedPath(key), getDefaultSettings());
-}
-
-IConfigEntry* ZelvoView::find(ConfigTree& tree, QString const& key) const
-{
-    return handler(tree, key) ? tree.resolveUuids(key) : nullptr;
-}
-
-void ZelvoView::commitEntry(IConfigEntry& found, QString const& key)
-{
-    if (dynamic_cast<ConfigBranch const*>(&found))
-        commitPendingUnder(key);
-    if (IConfigEntry* const pending = mSetBuffer.entry(key))
-        mSetBuffer.commit(*pending, key, getDefaultSettings());
-    else
-        commitAlone(found);
-}
-
-void ZelvoView::commitRoot()
-{
-    commitPendingUnder(rootDir());
-    // The root takes part though nothing may be set.
-    mSetBuffer.commit(*setBuffer(), rootDir(), getDefaultSettings());
-}
-
-void ZelvoView::commitPendingUnder(QString const& key)
-{
-    PendingKeys const pending = PendingKeys::sAsk();
-    mSetBuffer.forgetWritten(pending);
-    QMap<QString, _RegEntryChange> const changes = pending.atOrUnder(key, rootDir());
-    QStringList unset;
-    QString deleted;
-    QStringList const keys = changes.keys();
-    for (QString const& each : keys) {
-        // A session that goes is committed alone: what was set or deleted in it goes with it.
-        if (!deleted.isEmpty() && KeyPath(deleted).isRootOf(each))
-            continue;
-        if (changes.value(each) == REG_CHANGE_DELETED) {
-            deleted = each;
-            mSetBuffer.forgetBelow(each);
-        }
-        if (!mSetBuffer.entry(each))
-            unset.append(each);
-    }
-    QStringList const ordered = ConfigTree::sInOrder(unset, rootDir(), getDefaultSettings());
-    for (QString const& each : ordered) {
-        // `key` itself, say, is being served.
-        Request const request(*this, Request::Commit, each);
-        ConfigTree tree(rootDir());
-        IConfigEntry* const found = request.isRepeated() ? nullptr : find(tree, each);
-        if (found)
-            commitAlone(*found);
-    }
 }
 
 bool ZelvoView::sessionsExist(QString const& key) const

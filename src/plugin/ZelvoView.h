@@ -89,19 +89,6 @@ private:
     /// The entry of `tree` that handles `key`, or null.
     IConfigEntry* handler(ConfigTree& tree, QString const& key) const;
 
-    /// The entry of `key` in `tree`, its sessions in place; null when the key is not handled.
-    IConfigEntry* find(ConfigTree& tree, QString const& key) const;
-
-    /// Commits what waits at or under a key that the plugin handles.
-    ///
-    /// @param found  its entry, in a tree of its own.
-    void commitEntry(IConfigEntry& found, QString const& key);
-    void commitRoot();
-
-    /// Commits by name the keys under `key` that nobody has set since
-    /// their last commit and behind which the backend holds something pending all the same.
-    void commitPendingUnder(QString const& key);
-
     /// Whether the host lists every session that `key` names.
     bool sessionsExist(QString const& key) const;
     bool isListed(QString const& key) const;

@@ -94,6 +94,15 @@ bool ConfigBranch::detachChild(IConfigEntry& child)
     return true;
 }
 
+void ConfigBranch::deleteChildren()
+{
+    QList<IConfigEntry*> const children = mChildren.entries();
+    for (IConfigEntry* const child : children) {
+        mChildren.remove(child);
+        delete child;
+    }
+}
+
 void ConfigBranch::validateDescendants()
 {
 }

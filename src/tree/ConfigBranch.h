@@ -43,6 +43,7 @@ public:
     virtual void validateDescendants();
 
     bool hasChildren() const;
+    void deleteChildren();
 
 private:
     friend class AbstractConfigEntry;

@@ -229,6 +229,11 @@ IConfigEntry* ConfigTree::resolveUuids(QString const& key)
     return resolveUuids(*this, pathToFirstUuid(path)) ? entry(key) : nullptr;
 }
 
+IConfigEntry* ConfigTree::find(QString const& key, Reg::Registry* registry)
+{
+    return handlesKey(generalisedPath(key), registry) ? resolveUuids(key) : nullptr;
+}
+
 bool ConfigTree::resolveUuids(ConfigBranch& branch, QString const& path)
 {
     QList<IConfigEntry*> const children = branch.children();
