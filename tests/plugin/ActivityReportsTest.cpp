@@ -90,6 +90,8 @@ private:
     QStringList mTold;
 };
 
+namespace {
+
 /// Always has a value.
 class FixedAction : public IConfigAction
 {
@@ -108,6 +110,8 @@ class BoardAction : public FixedAction, public DescribedAction
 public:
     BoardAction() { describeAs("BoardAction").backEnd = &kBoard; }
 };
+
+} // namespace
 
 /// A listener that has none of the methods.
 class DeafListener : public QObject
