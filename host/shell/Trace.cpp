@@ -33,8 +33,9 @@ struct ThreadState
     QByteArray errorOutput;
 };
 
-// What a thread does belongs to its own command: scripts and the end of an apply are told of on others,
-// beside the next command. The state goes with its thread, which no object here would learn of.
+// What a thread does belongs to its own command: scripts and the end of an apply are told of on
+// others, beside the next command. The state goes with its thread, which no object here would learn
+// of.
 thread_local ThreadState tState = {0, 0, std::vector<OpenCall>(), nullptr, QByteArray()};
 
 TraceEvent emptyEvent(TraceEvent::Kind kind)

@@ -54,7 +54,7 @@ public:
     /// measured or kept either. From any thread, before `init` too.
     static IActivityObserver* sObserver();
 
-    /// @param observer  stays the caller's. It goes when no script is running any more that this kit
+    /// @param observer  stays the caller's. It goes when no script runs any more that this kit
     ///                  has started; null: nobody is told.
     void setObserver(IActivityObserver* observer) { mObserver = observer; }
 

@@ -5,8 +5,8 @@ class QString;
 
 struct WrapperRun;
 
-/// Is told what is done for the host's requests; see ActionKit::setObserver. What an observer does not
-/// want to know it leaves as it is.
+/// Is told what is done for the host's requests; see ActionKit::setObserver. What an observer does
+/// not want to know it leaves as it is.
 class IActivityObserver
 {
 public:
@@ -25,8 +25,8 @@ public:
     /// Called when a script has ended, on the thread that has waited for it.
     virtual void scriptHasRun(WrapperRun const&) { }
 
-    /// Called on the thread that ends an apply request, before the host is told of the end; not for a
-    /// request without a last command.
+    /// Called on the thread that ends an apply request, before the host is told of the end; not for
+    /// a request without a last command.
     ///
     /// @param request  the key that the host has given to the apply; may be empty.
     /// @param command  the command line that was started, as far as is known, or could not be; the
@@ -36,7 +36,8 @@ public:
     {
     }
 
-    /// Called when a call of NetworkManager has been answered, on the thread that has waited for it.
+    /// Called when a call of NetworkManager has been answered, on the thread that has waited for
+    /// it.
     ///
     /// @param member  the interface and the name of the method.
     /// @param error   the message of the error that was answered; null when there was none.

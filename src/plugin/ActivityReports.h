@@ -7,8 +7,8 @@
 /// The dynamic property of the plugin in which the host leaves whom to tell, a `QObject*`.
 char const kListenerProperty[] = "activityListener";
 
-/// Tells an object of the host what is done for its requests: runs of scripts, last commands, calls on
-/// the bus, and where values come from.
+/// Tells an object of the host what is done for its requests: runs of scripts, last commands, calls
+/// on the bus, and where values come from.
 ///
 /// The host knows nothing of this class and the plugin nothing of the host's: the methods are called
 /// by their names, on the thread on which the thing happened. Those that the object lacks are left

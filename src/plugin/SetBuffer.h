@@ -47,9 +47,9 @@ public:
     /// Takes `entry` out, with the branches that did nothing but lead to it.
     void takeOut(IConfigEntry& entry);
 
-    /// Commits what waits at or under `key`, and before that by name the keys there that nobody has set
-    /// since their last commit and behind which the backend holds something pending all the same. What
-    /// the backend refuses stays.
+    /// Commits what waits at or under `key`, and before that by name the keys there that nobody has
+    /// set since their last commit and behind which the backend holds something pending all the
+    /// same. What the backend refuses stays.
     ///
     /// @param found  the entry of `key`, in a tree of its own: it takes part though it was not set.
     /// @param root   that of the view.

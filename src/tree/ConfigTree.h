@@ -59,11 +59,12 @@ public:
     ///         not be listed.
     IConfigEntry* resolveUuids(QString const& key);
 
-    /// The entry of `key`, built and resolved as by the two above; null when the key is not handled.
+    /// The entry of `key`, built and resolved as by the two above; null when the key is not
+    /// handled.
     IConfigEntry* find(QString const& key, Reg::Registry* registry);
 
-    /// As `resolveUuids`, for the "{uuid}" branches below `branch`: the one that `path` points at takes its
-    /// UUID, any other is replaced by a branch for each session that the registry holds.
+    /// As `resolveUuids`, for the "{uuid}" branches below `branch`: the one that `path` points at
+    /// takes its UUID, any other is replaced by a branch for each session that the registry holds.
     ///
     /// @param path  begins with the tree's name, and ends with the UUID if it has one.
     bool resolveUuids(ConfigBranch& branch, QString const& path);

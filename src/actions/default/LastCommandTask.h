@@ -24,8 +24,8 @@ public:
 
     /// Waits for the pool, then runs the pending last command or, where the hand-over file exists,
     /// writes it there for somebody else to run. What waits there already competes with it. It is
-    /// dropped when there is something of that name that cannot be written, or is no file of its own:
-    /// see HandOverFile.
+    /// dropped when there is something of that name that cannot be written, or is no file of its
+    /// own: see HandOverFile.
     void executeCommand();
 
 protected:

@@ -4,9 +4,9 @@
 
 /// A request of the host while it is served, and what it has seen so far.
 ///
-/// An object lies on the stack of the thread that serves the request, and the kit knows the innermost
-/// one: they nest like the requests. That thread alone sees it; a script that runs beside the request,
-/// on a thread of an apply, finds none. Without an object nothing is remembered.
+/// An object lies on the stack of the thread that serves the request, and the kit knows the
+/// innermost one: they nest like the requests. That thread alone sees it; a script that runs beside
+/// the request, on a thread of an apply, finds none. Without an object nothing is remembered.
 class RequestContext
 {
 public:

@@ -26,7 +26,8 @@ int const kLongestEnvironmentLine = 1023;
 
 /// Goes through the lines of an environment file.
 ///
-/// A line is read up to its first NUL. It is trimmed, and declares something when it has a name before its first "=".
+/// A line is read up to its first NUL. It is trimmed, and declares something when it has a name
+/// before its first "=".
 class EnvironmentFileReader
 {
 public:
