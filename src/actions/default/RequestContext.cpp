@@ -3,11 +3,29 @@
 #include "actions/ActionKit.h"
 #include "actions/IActionDescription.h"
 #include "actions/IActivityObserver.h"
+#include "actions/default/Wrapper.h"
+#include "tree/IConfigEntry.h"
+
+#include <QFile>
+
+namespace {
+
+/// The entry directly below the top that `entry` is or lies under; null for the top itself.
+IConfigEntry const* areaOf(IConfigEntry const& entry)
+{
+    IConfigEntry const* area = nullptr;
+    for (IConfigEntry const* each = &entry; each->parent(); each = each->parent())
+        area = each;
+    return area;
+}
+
+} // namespace
 
 RequestContext::RequestContext(Operation operation, QString const& key)
     : mOperation(operation)
     , mKey(key)
     , mAround(ActionKit::sRequest())
+    , mIsAreaMissing(false)
     , mIsAnsweredByScript(false)
 {
     ActionKit::sSetRequest(this);
@@ -42,13 +60,20 @@ void RequestContext::valueWasRead(IConfigEntry const& entry) const
 bool RequestContext::sAreFoldersMissing(IConfigEntry const& entry)
 {
     RequestContext* const request = ActionKit::sRequest();
-    return request && request->mFolders.areMissing(entry);
+    IConfigEntry const* const area = request ? areaOf(entry) : nullptr;
+    if (!area)
+        return false;
+    if (area->name() != request->mArea) {
+        request->mArea = area->name();
+        request->mIsAreaMissing = !QFile::exists(Wrapper::path(*area, ""));
+    }
+    return request->mIsAreaMissing;
 }
 
 void RequestContext::sForgetFolders()
 {
     if (RequestContext* const request = ActionKit::sRequest())
-        request->mFolders.forget();
+        request->mArea = QString();
 }
 
 void RequestContext::sScriptHasAnswered()

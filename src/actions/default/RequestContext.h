@@ -1,12 +1,18 @@
 #pragma once
 
-#include "actions/default/WrapperFolders.h"
+#include <QString>
+
+class IConfigEntry;
 
 /// A request of the host while it is served, and what it has seen so far.
 ///
 /// An object lies on the stack of the thread that serves the request, and the kit knows the
 /// innermost one: they nest like the requests. That thread alone sees it; a script that runs beside
 /// the request, on a thread of an apply, finds none. Without an object nothing is remembered.
+///
+/// Most areas of the view ("zelvo-view/usb") have no folder of scripts at all, and a request looks for
+/// scripts at every level of a key, several times. So it asks the file system once whether there is a
+/// folder for the area. All its entries are of one view.
 class RequestContext
 {
 public:
@@ -41,6 +47,8 @@ private:
     Operation const mOperation;
     QString const mKey;
     RequestContext* const mAround;
-    WrapperFolders mFolders;
+    // The area that was asked about last; null when there is none.
+    QString mArea;
+    bool mIsAreaMissing;
     bool mIsAnsweredByScript;
 };

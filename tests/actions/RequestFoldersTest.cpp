@@ -1,5 +1,4 @@
-#include "actions/default/WrapperFolders.h"
-
+#include "actions/default/RequestContext.h"
 #include "plugin/PluginScene.h"
 #include "support/TestProgram.h"
 #include "tree/ConfigBranch.h"
@@ -16,19 +15,17 @@ char const kUuid[] = "{c0ffee00-1234-4321-abcd-0123456789ab}";
 
 /// What a request remembers of the folders of the scripts, and that nobody notices: scripts come and
 /// go between requests, and during one.
-class WrapperFoldersTest : public QObject
+class RequestFoldersTest : public QObject
 {
     Q_OBJECT
 
 private slots:
     void init();
 
-    void missingAreaIsRemembered();
     void areaThatIsThereIsNotMissing();
     void eachAreaIsAskedAbout();
     void topIsNeverMissing();
     void areaNamedByAUuidHasTheFolderOfAllSessions();
-    void forgottenAreaIsAskedAboutAnew();
 
     void scriptInANewFolderIsServedFromTheNextRequestOn();
     void removedFolderIsMissedFromTheNextRequestOn();
@@ -52,7 +49,7 @@ private:
     IConfigEntry* mKey;
 };
 
-void WrapperFoldersTest::init()
+void RequestFoldersTest::init()
 {
     mTop.reset();
     mScene.reset();
@@ -62,57 +59,39 @@ void WrapperFoldersTest::init()
     mKey = new ConfigKey("enable", QString(), mUsb);
 }
 
-void WrapperFoldersTest::missingAreaIsRemembered()
-{
-    WrapperFolders folders;
-    QVERIFY(folders.areMissing(*mKey));
-    makeFolder("zelvo-view/usb/enable");
-    QVERIFY(folders.areMissing(*mKey));
-    QVERIFY(folders.areMissing(*mUsb));
-}
-
-void WrapperFoldersTest::areaThatIsThereIsNotMissing()
+void RequestFoldersTest::areaThatIsThereIsNotMissing()
 {
     makeFolder("zelvo-view/usb");
-    WrapperFolders folders;
-    QVERIFY(!folders.areMissing(*mKey));
-    QVERIFY(!folders.areMissing(*mUsb));
+    RequestContext const request(RequestContext::Get, kEnable);
+    QVERIFY(!RequestContext::sAreFoldersMissing(*mKey));
+    QVERIFY(!RequestContext::sAreFoldersMissing(*mUsb));
 }
 
-void WrapperFoldersTest::eachAreaIsAskedAbout()
+void RequestFoldersTest::eachAreaIsAskedAbout()
 {
     makeFolder("zelvo-view/usb");
     ConfigBranch const* const rdp = new ConfigBranch("rdp", mTop.data());
-    WrapperFolders folders;
-    QVERIFY(!folders.areMissing(*mKey));
-    QVERIFY(folders.areMissing(*rdp));
-    QVERIFY(!folders.areMissing(*mKey));
+    RequestContext const request(RequestContext::Get, kEnable);
+    QVERIFY(!RequestContext::sAreFoldersMissing(*mKey));
+    QVERIFY(RequestContext::sAreFoldersMissing(*rdp));
+    QVERIFY(!RequestContext::sAreFoldersMissing(*mKey));
 }
 
-void WrapperFoldersTest::topIsNeverMissing()
+void RequestFoldersTest::topIsNeverMissing()
 {
-    WrapperFolders folders;
-    QVERIFY(!folders.areMissing(*mTop));
+    RequestContext const request(RequestContext::Get, kEnable);
+    QVERIFY(!RequestContext::sAreFoldersMissing(*mTop));
 }
 
-void WrapperFoldersTest::areaNamedByAUuidHasTheFolderOfAllSessions()
+void RequestFoldersTest::areaNamedByAUuidHasTheFolderOfAllSessions()
 {
     makeFolder("zelvo-view/{uuid}");
     ConfigBranch* const session = new ConfigBranch(kUuid, mTop.data());
-    WrapperFolders folders;
-    QVERIFY(!folders.areMissing(*session));
+    RequestContext const request(RequestContext::Get, kEnable);
+    QVERIFY(!RequestContext::sAreFoldersMissing(*session));
 }
 
-void WrapperFoldersTest::forgottenAreaIsAskedAboutAnew()
-{
-    WrapperFolders folders;
-    QVERIFY(folders.areMissing(*mKey));
-    makeFolder("zelvo-view/usb");
-    folders.forget();
-    QVERIFY(!folders.areMissing(*mKey));
-}
-
-void WrapperFoldersTest::scriptInANewFolderIsServedFromTheNextRequestOn()
+void RequestFoldersTest::scriptInANewFolderIsServedFromTheNextRequestOn()
 {
     QStringList const before = get();
     mScene->wrappers.addScript("zelvo-view/usb/enable", "get.sh", "printf script");
@@ -120,7 +99,7 @@ void WrapperFoldersTest::scriptInANewFolderIsServedFromTheNextRequestOn()
     QCOMPARE(get(), QStringList("value script"));
 }
 
-void WrapperFoldersTest::removedFolderIsMissedFromTheNextRequestOn()
+void RequestFoldersTest::removedFolderIsMissedFromTheNextRequestOn()
 {
     QStringList const before = get();
     mScene->wrappers.addScript("zelvo-view/usb/enable", "get.sh", "printf script");
@@ -130,7 +109,7 @@ void WrapperFoldersTest::removedFolderIsMissedFromTheNextRequestOn()
     QCOMPARE(get(), before);
 }
 
-void WrapperFoldersTest::newSetAndCommitScriptsAreServedFromTheNextRequestOn()
+void RequestFoldersTest::newSetAndCommitScriptsAreServedFromTheNextRequestOn()
 {
     QString const key = mScene->at("radio/ssid");
     QCOMPARE(mScene->set(key, "first"), 0);
@@ -145,7 +124,7 @@ void WrapperFoldersTest::newSetAndCommitScriptsAreServedFromTheNextRequestOn()
                            << "ssid=of the script");
 }
 
-void WrapperFoldersTest::folderThatAScriptMakesIsSeenInTheSameRequest()
+void RequestFoldersTest::folderThatAScriptMakesIsSeenInTheSameRequest()
 {
     // The view's own script is the last to be asked whether the key is shown.
     mScene->wrappers.addScript("zelvo-view", "isVisible.sh",
@@ -155,7 +134,7 @@ void WrapperFoldersTest::folderThatAScriptMakesIsSeenInTheSameRequest()
     QCOMPARE(get(), QStringList("value made"));
 }
 
-void WrapperFoldersTest::folderThatAScriptRemovesIsMissedInTheSameRequest()
+void RequestFoldersTest::folderThatAScriptRemovesIsMissedInTheSameRequest()
 {
     QStringList const before = get();
     mScene->wrappers.addScript("zelvo-view/usb/enable", "get.sh", "printf script");
@@ -164,6 +143,6 @@ void WrapperFoldersTest::folderThatAScriptRemovesIsMissedInTheSameRequest()
     QCOMPARE(get(), before);
 }
 
-ZELVO_TEST(WrapperFoldersTest)
+ZELVO_TEST(RequestFoldersTest)
 
-#include "WrapperFoldersTest.moc"
+#include "RequestFoldersTest.moc"
