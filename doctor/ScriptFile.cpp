@@ -115,7 +115,7 @@ Problems problemsOfFirstLine(QByteArray const& line, ScriptEnvironment environme
     return problemsOfInterpreter(words);
 }
 
-Problems problemsOfLineEnds(QByteArray const& content)
+Problems problemsOfNewlines(QByteArray const& content)
 {
     int const end = content.indexOf("\r\n");
     if (end < 0)
@@ -134,7 +134,7 @@ Problems problemsOfContent(QByteArray const& content, ScriptEnvironment environm
     Problems const problems
         = problemsOfFirstLine(end < 0 ? content : content.left(end), environment);
     bool const isRun = problems.isEmpty() || problems.first().severity == Note;
-    return isRun ? problems + problemsOfLineEnds(content) : problems;
+    return isRun ? problems + problemsOfNewlines(content) : problems;
 }
 
 } // namespace

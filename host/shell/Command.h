@@ -11,7 +11,7 @@ struct Command
     QStringList arguments;
 };
 
-/// Reads a command from a line of input, without its line end.
+/// Reads a command from a line of input, without its newline.
 ///
 /// Words are separated by blanks. The value of "set" is everything behind the one blank after the
 /// key, as it stands. A word or value that begins with a double quote goes up to the closing one

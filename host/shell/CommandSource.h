@@ -27,7 +27,7 @@ public:
     virtual bool next(Input& input) = 0;
 
 protected:
-    /// Fills `input` from a line without its line end.
+    /// Fills `input` from a line without its newline.
     static void readLine(QByteArray const& line, Input& input);
 };
 

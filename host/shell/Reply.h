@@ -31,7 +31,7 @@ struct Reply
 
     QList<ReplyNode> nodes;
 
-    /// The answer as text for a person; ends in a line end unless it is empty.
+    /// The answer as text for a person; ends in a newline unless it is empty.
     QString text;
 
     /// The same as it is shown on a terminal; null: as it stands.

@@ -55,7 +55,7 @@ public:
     void setPassphrase(QString const& passphrase);
 
     /// Whether a line of the file can hold `value`: reading it gives what was written. Not so with a
-    /// "=", a line end or a NUL in it, with blanks at an end, or with characters outside Latin-1.
+    /// "=", a newline or a NUL in it, with blanks at an end, or with characters outside Latin-1.
     static bool sReadsBack(QString const& value);
 
     /// Whether the connection's type is that of a wireless one.

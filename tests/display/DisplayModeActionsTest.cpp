@@ -797,7 +797,7 @@ void DisplayModeActionsTest::rateOfThePreferences_data()
     QTest::newRow("Auto in the file is not the 0 of the request")
         << QByteArray("Refresh=Auto\n") << "Auto" << false;
     QTest::newRow("no comma") << QByteArray("Refresh=85\n") << "85" << true;
-    QTest::newRow("no line end") << QByteArray("Refresh=85") << "85" << true;
+    QTest::newRow("no newline") << QByteArray("Refresh=85") << "85" << true;
     QTest::newRow("CR at the line's end") << QByteArray("Refresh=85\r\n") << "85" << true;
     QTest::newRow("blanks around the rate") << QByteArray("Refresh= \t85 ,x\n") << "85" << true;
     QTest::newRow("no rate in the line") << QByteArray("Refresh=\n") << "75" << false;

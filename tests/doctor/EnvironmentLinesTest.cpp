@@ -56,7 +56,7 @@ void EnvironmentLinesTest::problemsOfLines_data()
         "a line of its own");
     QByteArray const declaration("A=root/a\n");
     QTest::newRow("a declaration") << declaration << none;
-    QTest::newRow("no line end at the end") << QByteArray("A=root/a") << none;
+    QTest::newRow("no newline at the end") << QByteArray("A=root/a") << none;
     QTest::newRow("a comment") << QByteArray("Reads root/a and root/b.\n") << none;
     QTest::newRow("a comment of one word") << QByteArray("Nothing.\n") << none;
     QTest::newRow("empty file") << QByteArray() << none;

@@ -30,7 +30,7 @@ void ReportsTest::quotedValue_data()
                                << QString::fromUtf8("\"gr\303\274n\"");
     QTest::newRow("a quote and a backslash") << "a\"b\\"
                                              << "\"a\\\"b\\\\\"";
-    QTest::newRow("a line end") << "a\nb\n"
+    QTest::newRow("a newline") << "a\nb\n"
                                 << "\"a\\nb\\n\"";
     QTest::newRow("an escape sequence") << "\033[31m"
                                         << "\"\\x1b[31m\"";

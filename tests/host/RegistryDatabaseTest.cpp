@@ -224,7 +224,7 @@ void RegistryDatabaseTest::everyTextComesBackAsItWas_data()
     QTest::addColumn<QString>("text");
 
     QTest::newRow("empty") << "";
-    QTest::newRow("blanks and line ends") << " a\tb\r\nc ";
+    QTest::newRow("blanks and newlines") << " a\tb\r\nc ";
     QTest::newRow("NUL") << QString::fromLatin1("a\0b\0", 4);
     QTest::newRow("control characters") << "\x01\x1b\x7f";
     QTest::newRow("umlauts") << QString::fromUtf8("\xc3\xa4\xc3\xb6\xc3\xbc");

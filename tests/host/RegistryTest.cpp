@@ -89,7 +89,7 @@ void badKeys()
     QTest::newRow("below a value") << "root/USB/root/mass-storage/allowed/more";
     QTest::newRow("dots") << "root/USB/../USB";
     QTest::newRow("NUL behind") << QString::fromLatin1("root/USB\0", 9);
-    QTest::newRow("line end") << "root/USB\n";
+    QTest::newRow("newline") << "root/USB\n";
     QTest::newRow("session of no kind") << "root/USB/{11111111-1111-4111-8111-111111111111}";
     QTest::newRow("nil UUID") << kRdp + "/{00000000-0000-0000-0000-000000000000}";
     QTest::newRow("no UUID") << kRdp + "/first";

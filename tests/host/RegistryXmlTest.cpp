@@ -174,7 +174,7 @@ void RegistryXmlTest::importOfAnExport_data()
     QTest::newRow("empty") << "";
     QTest::newRow("markup") << "<a b=\"c\">&amp;'</a>]]>";
     QTest::newRow("blanks at both ends") << "  a  b  ";
-    QTest::newRow("tabs and line ends") << "\ta\nb\r\nc\r";
+    QTest::newRow("tabs and newlines") << "\ta\nb\r\nc\r";
     QTest::newRow("NUL and control characters") << QString::fromLatin1("\0\x01\x1f\x7f\x85\xa0", 6);
     QTest::newRow("half surrogate pairs") << QString(QChar(0xdc00)) + QChar(0xd800) + "x";
     QTest::newRow("outside the basic plane")

@@ -293,7 +293,7 @@ void NMConfFileTest::reading_data()
         << QByteArray("[connection]\nnonsense\na=b\n") << QByteArray("\n\n[connection]\na=b\n\n\n");
     QTest::newRow("# does not make a comment")
         << QByteArray("[connection]\n#a=b\n") << QByteArray("\n\n[connection]\n#a=b\n\n\n");
-    QTest::newRow("last line without a line end")
+    QTest::newRow("last line without a newline")
         << QByteArray("[connection]\na=b") << QByteArray("\n\n[connection]\na=b\n\n\n");
     QTest::newRow("lines that end in CR LF")
         << QByteArray("[connection]\r\na=b\r\n") << QByteArray("\n\n[connection]\na=b\n\n\n");
@@ -392,7 +392,7 @@ void NMConfFileTest::editing_data()
     QTest::newRow("SSID with a character outside Latin-1")
         << openText << QStringList(QString::fromUtf8("ssid:a\xe2\x82\xac"))
         << QByteArray("\n\n\n[802-11-wireless]\nmtu=0\nssid=97;0;\n\n");
-    QTest::newRow("SSID with a line end forges no line")
+    QTest::newRow("SSID with a newline forges no line")
         << openText << QStringList("ssid:a\n[ipv4]")
         << QByteArray("\n\n\n[802-11-wireless]\nmtu=0\nssid=97;10;91;105;112;118;52;93;\n\n");
 

@@ -340,7 +340,7 @@ void WirelessSettingClassTest::commit_data()
     QTest::newRow("empty SSID") << (QStringList() << "ssid:Net1"
                                                   << "ssid:")
                                 << QByteArray() << open + "ssid=\ntx-power=0\n";
-    QTest::newRow("SSID with a line end")
+    QTest::newRow("SSID with a newline")
         << QStringList("ssid:a\nb") << QByteArray() << open + "ssid=97;10;98;\ntx-power=0\n";
     QTest::newRow("security before the passphrase")
         << (QStringList() << "security:WPA2 Personal"

@@ -54,7 +54,7 @@ void VerificationRecordTest::mismatch_data()
 
     QTest::newRow("the platform's own build") << pattern + version + debug + key << QString();
     QTest::newRow("other order") << key + "\n" + debug + version + pattern << QString();
-    QTest::newRow("line end at the end") << pattern + version + debug + key + "\n" << QString();
+    QTest::newRow("newline at the end") << pattern + version + debug + key + "\n" << QString();
     QTest::newRow("lines that are no field")
         << "\n\n=\nmore=1\n" + pattern + version + debug + key << QString();
     QTest::newRow("first version") << pattern + "version=4.0.0\n" + debug + key << QString();

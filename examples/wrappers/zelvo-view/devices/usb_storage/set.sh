@@ -1,6 +1,6 @@
 #!/bin/sh
 # Runs once for each REG_SET line of set.env, with that registry key in REG_SET. What it prints is
-# stored there: every character counts, so there is no line end.
+# stored there: every character counts, so there is no newline.
 #
 # A value cannot be refused here: after a set.sh that fails, the registry gets the value as it came.
 # So any word but the three that are known means "off", which does the least harm.

@@ -1,5 +1,5 @@
 #!/bin/sh
-# get.sh prints the value. Every character counts, a line end too, so there is none here.
+# get.sh prints the value. Every character counts, a newline too, so there is none here.
 #
 # A get.sh that fails, as this one does while no name was committed, has no value: the key then
 # answers with its default.

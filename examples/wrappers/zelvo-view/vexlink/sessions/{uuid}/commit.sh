@@ -6,7 +6,7 @@
 # itself. A setting that was not set since the last commit is empty here; VEXLINK_TTSNAME is what the
 # registry holds.
 #
-# Each variable becomes one line, whatever line ends a value has, and an empty line follows.
+# Each variable becomes one line, even when a value holds newlines, and an empty line follows.
 mkdir -p /var/lib/zelvo-example
 {
     env -0 | grep -z '^VEXLINK_' | sort -z | tr '\n\0' ' \n'
