@@ -159,6 +159,7 @@ private slots:
     void setScriptGetsTheValueInAFile();
     void commitScriptGetsTheValueInAFile_data();
     void commitScriptGetsTheValueInAFile();
+    void valueFileIsForItsOwnerOnly();
     void valueThatIsNoTextIsPassedAsText();
     void outputOfTheSetScriptIsTheValue_data();
     void outputOfTheSetScriptIsTheValue();
@@ -579,6 +580,14 @@ void DefaultActionsTest::commitScriptGetsTheValueInAFile()
     QVERIFY(execute(Commit, data));
     QVERIFY(mWrappers->exists(kKey, "got"));
     QCOMPARE(read("got"), content);
+}
+
+void DefaultActionsTest::valueFileIsForItsOwnerOnly()
+{
+    mWrappers->addScript(kKey, "commit.sh", "/usr/bin/stat -c '%a %F' \"$1\" >got");
+    QVariant data(QString("value"));
+    QVERIFY(execute(Commit, data));
+    QCOMPARE(read("got"), QByteArray("600 regular file\n"));
 }
 
 void DefaultActionsTest::valueThatIsNoTextIsPassedAsText()
