@@ -21,7 +21,7 @@ public:
 
     /// Makes an executable shell script.
     ///
-    /// @param body  what follows the interpreter line.
+    /// @param body  what follows the shebang line.
     /// @return its full path.
     QString addScript(QString const& viewKey, QString const& name, QByteArray const& body) const;
 
