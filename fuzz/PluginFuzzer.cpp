@@ -4,11 +4,11 @@
 
 #include "Fuzzing.h"
 #include "ShippedRegistry.h"
-#include "hostile/PathWatch.h"
 #include "plugin/AutoThread.h"
 #include "plugin/ZelvoView.h"
 #include "tree/ConfigTree.h"
 #include "tree/KeyPath.h"
+#include "untrusted/PathWatch.h"
 
 #include <QCoreApplication>
 #include <QFile>

@@ -1,10 +1,10 @@
-#include "hostile/Records.h"
+#include "untrusted/Records.h"
 
 #include <QFile>
 
 namespace {
 
-char const kRecord[] = "/tmp/hostile-record";
+char const kRecord[] = "/tmp/untrusted-record";
 
 /// The field that begins at `position`, which then stands behind it.
 QByteArray takeField(QByteArray const& record, int& position)

@@ -1,4 +1,4 @@
-#include "hostile/PathWatch.h"
+#include "untrusted/PathWatch.h"
 
 #include <QDir>
 #include <QFile>

@@ -1,7 +1,7 @@
 // A wrapper script that is a program: writes down how it was started, and answers like a script that
 // fails, so that the request goes on to the key's own back end. "isVisible.sh" alone succeeds.
 //
-// Appends to /tmp/hostile-record a list of fields, each as its length, a blank and its bytes: the
+// Appends to /tmp/untrusted-record a list of fields, each as its length, a blank and its bytes: the
 // number of arguments and the arguments, the number of variables and the variables, the folder that
 // it runs in, and the content of the file that a second argument names (else an empty field).
 
@@ -18,7 +18,7 @@ extern char** environ;
 
 namespace {
 
-char const kRecord[] = "/tmp/hostile-record";
+char const kRecord[] = "/tmp/untrusted-record";
 
 std::string field(std::string const& bytes)
 {

@@ -1,14 +1,14 @@
-// Keys and values that mean harm, given to the plugin as it is built. Each of its scripts writes down
+// Untrusted keys and values, given to the plugin as it is built. Each of its scripts writes down
 // how it was started, and every path that the plugin looks at is noted: a text of a request is never
 // part of a command line or a path, and reaches a script in the value file or a declared variable.
 
-#include "hostile/PathWatch.h"
-#include "hostile/Records.h"
 #include "loader/PluginLoader.h"
 #include "registry/RegistryHost.h"
 #include "support/Footprint.h"
 #include "support/TestDirectory.h"
 #include "support/TestProgram.h"
+#include "untrusted/PathWatch.h"
+#include "untrusted/Records.h"
 
 #include <vantora/abstractplugin.h>
 
@@ -61,7 +61,7 @@ struct Text
     QString text;
 };
 
-QList<Text> hostileTexts()
+QList<Text> untrustedTexts()
 {
     QString const nul = QString::fromLatin1("a") + QChar(0) + "b";
     QString const penguin = QString::fromUtf8("\xf0\x9f\x90\xa7");
@@ -164,7 +164,7 @@ public:
     /// Applies and waits for the end, as whoever asked for it does.
     int apply(QString const& key)
     {
-        QString const command = "tmp/apply/hostile";
+        QString const command = "tmp/apply/untrusted";
         QSystemSemaphore semaphore(command, 0, QSystemSemaphore::Create);
         int const code = mPlugin->apply(key, command);
         if (code == 0)
@@ -232,7 +232,7 @@ bool isTemporaryFile(QByteArray const& path)
 
 } // namespace
 
-class HostileTest : public QObject
+class UntrustedValuesTest : public QObject
 {
     Q_OBJECT
 
@@ -264,7 +264,7 @@ private:
     QList<Record> mRecords;
 };
 
-void HostileTest::initTestCase()
+void UntrustedValuesTest::initTestCase()
 {
     // Without a radio its settings are hidden, but for this mark.
     QFile mark("/tmp/.wireless-disabled");
@@ -276,23 +276,23 @@ void HostileTest::initTestCase()
     QVERIFY(!takeRecords().isEmpty());
 }
 
-void HostileTest::cleanupTestCase()
+void UntrustedValuesTest::cleanupTestCase()
 {
     mScene.reset();
 }
 
-void HostileTest::init()
+void UntrustedValuesTest::init()
 {
     mBefore.reset(new Footprint);
     mWatch.reset(new PathWatch);
 }
 
-void HostileTest::cleanup()
+void UntrustedValuesTest::cleanup()
 {
     mWatch.reset();
 }
 
-void HostileTest::checkNotes()
+void UntrustedValuesTest::checkNotes()
 {
     QStringList const paths = mWatch->paths();
     mWatch.reset();
@@ -314,7 +314,7 @@ void HostileTest::checkNotes()
     QVERIFY2(!QFile::exists(kTrace), "a text of a request was carried out");
 }
 
-void HostileTest::checkRecord(Record const& record) const
+void UntrustedValuesTest::checkRecord(Record const& record) const
 {
     QByteArray const wrappers = QFile::encodeName(mScene->baseDir()) + "/wrappers/";
     QVERIFY2(record.folder.startsWith(wrappers), record.folder.constData());
@@ -332,7 +332,7 @@ void HostileTest::checkRecord(Record const& record) const
     checkEnvironment(record);
 }
 
-void HostileTest::checkEnvironment(Record const& record) const
+void UntrustedValuesTest::checkEnvironment(Record const& record) const
 {
     if (record.script() == "apply.sh") {
         QCOMPARE(record.environment.size(), 1);
@@ -351,11 +351,11 @@ void HostileTest::checkEnvironment(Record const& record) const
     }
 }
 
-void HostileTest::keyReachesNoCommandLineAndNoPath_data()
+void UntrustedValuesTest::keyReachesNoCommandLineAndNoPath_data()
 {
     QTest::addColumn<QString>("key");
 
-    QList<Text> texts = hostileTexts();
+    QList<Text> texts = untrustedTexts();
     Text const megabyte = {"a megabyte", QString("x").repeated(kMebi)};
     texts.append(megabyte);
     for (Text const& text : static_cast<QList<Text> const&>(texts)) {
@@ -374,7 +374,7 @@ void HostileTest::keyReachesNoCommandLineAndNoPath_data()
     QTest::newRow("a way up and down again") << kRoot + "/usb/../usb/enable";
 }
 
-void HostileTest::keyReachesNoCommandLineAndNoPath()
+void UntrustedValuesTest::keyReachesNoCommandLineAndNoPath()
 {
     QFETCH(QString, key);
 
@@ -388,12 +388,12 @@ void HostileTest::keyReachesNoCommandLineAndNoPath()
     checkNotes();
 }
 
-void HostileTest::sessionNameReachesNoCommandLineAndNoPath_data()
+void UntrustedValuesTest::sessionNameReachesNoCommandLineAndNoPath_data()
 {
     QTest::addColumn<QString>("name");
 
     // What follows the digits is not looked at: all of these are sessions.
-    QList<Text> const texts = hostileTexts();
+    QList<Text> const texts = untrustedTexts();
     for (Text const& text : texts) {
         if (!text.text.contains("/"))
             QTest::newRow(text.name) << kSession + text.text;
@@ -404,7 +404,7 @@ void HostileTest::sessionNameReachesNoCommandLineAndNoPath_data()
     QTest::newRow("a megabyte") << kSession + QString("x").repeated(kMebi);
 }
 
-void HostileTest::sessionNameReachesNoCommandLineAndNoPath()
+void UntrustedValuesTest::sessionNameReachesNoCommandLineAndNoPath()
 {
     QFETCH(QString, name);
 
@@ -433,11 +433,11 @@ void HostileTest::sessionNameReachesNoCommandLineAndNoPath()
         QVERIFY2(seen.contains(script), script);
 }
 
-void HostileTest::valueReachesNoCommandLineAndNoPath_data()
+void UntrustedValuesTest::valueReachesNoCommandLineAndNoPath_data()
 {
     QTest::addColumn<QString>("value");
 
-    QList<Text> const texts = hostileTexts();
+    QList<Text> const texts = untrustedTexts();
     for (Text const& text : texts)
         QTest::newRow(text.name) << text.text;
     QTest::newRow("empty") << "";
@@ -445,7 +445,7 @@ void HostileTest::valueReachesNoCommandLineAndNoPath_data()
     QTest::newRow("sixteen megabytes") << QString("0123456789abcdef").repeated(kMebi);
 }
 
-void HostileTest::valueReachesNoCommandLineAndNoPath()
+void UntrustedValuesTest::valueReachesNoCommandLineAndNoPath()
 {
     QFETCH(QString, value);
 
@@ -470,7 +470,7 @@ void HostileTest::valueReachesNoCommandLineAndNoPath()
     checkValue(value, keys.size());
 }
 
-void HostileTest::checkValue(QString const& value, int keys) const
+void UntrustedValuesTest::checkValue(QString const& value, int keys) const
 {
     QByteArray const label = value.left(value.indexOf(QChar(0))).toLocal8Bit();
     int valueFiles = 0;
@@ -491,5 +491,5 @@ void HostileTest::checkValue(QString const& value, int keys) const
     QCOMPARE(labels > 0, !isTooLarge);
 }
 
-ZELVO_TEST(HostileTest)
-#include "HostileTest.moc"
+ZELVO_TEST(UntrustedValuesTest)
+#include "UntrustedValuesTest.moc"
