@@ -2,8 +2,8 @@
 
 #include <QString>
 
-// The commands that end an apply request, at most one of them. The words of the table in the .cpp file
-// are ranked; anything else is a command line of its own.
+// The commands that end an apply request, at most one of them. The words of the table in the .cpp
+// file are ranked; anything else is a command line of its own.
 
 /// What is pending after `offer` came in while `pending` was: a known word gives way to a higher one
 /// alone, anything else (nothing included) to whatever comes.

@@ -1,8 +1,8 @@
 #!/bin/sh
-# Makes NetworkManager read its connection files again, as it does not watch them, and connect.
+# Makes NetworkManager read its connection files again, which it does not watch, and connect.
 #
-# The connection is the one that the view works on: the first wireless one among the files, by name.
-# That is the plugin's own file "Zelvo" when there is no other.
+# It takes the connection that the view works on: the first wireless one among the files, by name.
+# When there is no other, that is the plugin's own file "Zelvo".
 PATH=/usr/sbin:/usr/bin:/sbin:/bin
 LC_ALL=C
 export PATH LC_ALL

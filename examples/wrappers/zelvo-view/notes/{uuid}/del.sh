@@ -1,3 +1,3 @@
 #!/bin/sh
-# Takes the note on top away.
+# Removes the note on top.
 sed -i '$d' /var/lib/zelvo-example/notes

@@ -1,4 +1,4 @@
 #!/bin/sh
-# del.sh takes the value away; get.sh then fails and the default is back. Its exit code is not
-# looked at: a key counts as deleted once the script has run.
+# del.sh removes the value. Then get.sh fails, and the key has its default. Nobody looks at the exit
+# code of del.sh: the key counts as deleted once the script has run.
 rm -f /var/lib/zelvo-example/banner

@@ -1,7 +1,7 @@
 #!/bin/sh
-# set.sh is given a value in the file $1 and prints the value to keep until the commit. This one
-# trims it and writes it in lower case.
+# set.sh gets a value in the file $1 and prints the value to keep until the commit. This one trims
+# the value and writes it in lower case.
 #
-# Nothing is stored here, and nothing is refused: after a set.sh that fails, the value is kept as it
-# came. Refusing is for commit.sh.
+# A set.sh stores nothing and can refuse nothing: when it fails, the plugin keeps the value as it
+# came. commit.sh can refuse.
 tr 'A-Z' 'a-z' <"$1" | tr -d '\n' | sed 's/^[[:space:]]*//; s/[[:space:]]*$//' | tr -d '\n'

@@ -1,4 +1,4 @@
 #!/bin/sh
-# The clock of the panel shows the new zone after a restart of the desktop. When the host name is
-# applied in the same request, its log-out makes this needless and it is left out.
+# The clock of the panel shows the new zone after a restart of the desktop. When the same request
+# applies the host name, its log-out is stronger, and the restart is left out.
 echo restart-desktop >"$LAST_APPLY_COMMAND"

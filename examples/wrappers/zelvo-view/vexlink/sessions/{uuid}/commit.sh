@@ -3,8 +3,8 @@
 # to the terminal program.
 #
 # VEXLINK_ACTION is CREATE, EDIT or DELETE, by what is pending in the registry for the session
-# itself. A setting that was not set since the last commit is empty here; VEXLINK_TTSNAME is what the
-# registry holds.
+# itself. A setting that was not set since the last commit is empty here; VEXLINK_TTSNAME is what
+# the registry holds.
 #
 # Each variable becomes one line, even when a value holds newlines, and an empty line follows.
 mkdir -p /var/lib/zelvo-example
