@@ -31,7 +31,7 @@ void ReportsTest::quotedValue_data()
     QTest::newRow("a quote and a backslash") << "a\"b\\"
                                              << "\"a\\\"b\\\\\"";
     QTest::newRow("a newline") << "a\nb\n"
-                                << "\"a\\nb\\n\"";
+                               << "\"a\\nb\\n\"";
     QTest::newRow("an escape sequence") << "\033[31m"
                                         << "\"\\x1b[31m\"";
     QTest::newRow("a control character of Latin-1") << QString(QChar(0x9b)) << "\"\\x9b\"";
