@@ -40,7 +40,7 @@ public:
                         .arg(kLongestEnvironmentLine));
         mIsContinued = !bytes.endsWith('\n');
         if (bytes.contains('\0'))
-            problem(QLatin1String("what stands behind the NUL byte is ignored"));
+            problem(QLatin1String("everything after the NUL byte is ignored"));
         if (bytes.endsWith("\r\n") && !mHasCarriageReturn) {
             mHasCarriageReturn = true;
             problem(QLatin1String(

@@ -103,7 +103,7 @@ private:
             else
                 report(
                     file, line.line,
-                    QLatin1String("REG_SET names a target in set.env alone; here it is a variable "
+                    QLatin1String("REG_SET names a target in set.env only; here it is a variable "
                                   "like any other"));
         }
     }
@@ -175,11 +175,9 @@ private:
         if (hasComponent(key, registryPlaceholder()) && !hasComponent(mViewKey, viewPlaceholder()))
             return QLatin1String("\"{UUID}\" is replaced for the keys of a session only");
         switch (knowledgeOf(mView, key)) {
-        case UnknownKey: {
-            QString const likely = likelyKey(mView, key);
+        case UnknownKey:
             return QLatin1String("the default settings know no such key")
-                + (likely.isNull() ? QString() : QLatin1String("; perhaps ") + likely);
-        }
+                + didYouMean(likelyKey(mView, key));
         case DirectoryKey:
             // The commit of a directory may name directories.
             return isTarget && mEntry.kind() != ValueKey
@@ -246,8 +244,7 @@ private:
             QString const likely = likelyMeant(file, known);
             if (!likely.isNull())
                 report(folder.filePath(file), 0,
-                       QString::fromLatin1("is not looked for; perhaps it is to be \"%1\"")
-                           .arg(likely));
+                       QLatin1String("is not looked for") + didYouMean(likely));
             else if (!known.contains(file) && file.endsWith(QLatin1String(".env")))
                 report(folder.filePath(file), 0,
                        QString::fromLatin1("is not looked for: the environment files are %1")

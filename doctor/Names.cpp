@@ -59,3 +59,8 @@ QString likelyMeant(QString const& name, QStringList const& known)
     }
     return QString();
 }
+
+QString didYouMean(QString const& likely)
+{
+    return likely.isNull() ? QString() : QString::fromLatin1("; did you mean %1?").arg(likely);
+}

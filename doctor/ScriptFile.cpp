@@ -97,12 +97,10 @@ Problems problemsOfInterpreter(QStringList const& words)
 Problems problemsOfFirstLine(QByteArray const& line, ScriptEnvironment environment)
 {
     if (line.startsWith("\xef\xbb\xbf"))
-        return withoutInterpreter(QLatin1String("a byte order mark stands before the \"#!\""),
+        return withoutInterpreter(QLatin1String("a byte order mark stands before the shebang line"),
                                   environment, Fault);
     if (!line.startsWith("#!"))
-        return withoutInterpreter(
-            QLatin1String("no interpreter: the file does not begin with \"#!\""), environment,
-            Note);
+        return withoutInterpreter(QLatin1String("missing shebang line"), environment, Note);
     if (line.endsWith("\r"))
         return doesNotStart(1,
                             QLatin1String("the line ends in CRLF, and the CR becomes a part of "
@@ -110,7 +108,7 @@ Problems problemsOfFirstLine(QByteArray const& line, ScriptEnvironment environme
     QStringList words = QString::fromLocal8Bit(line.mid(2)).simplified().split(QLatin1Char(' '));
     words.removeAll(QString());
     if (words.isEmpty())
-        return withoutInterpreter(QLatin1String("no interpreter stands behind the \"#!\""),
+        return withoutInterpreter(QLatin1String("the shebang line names no interpreter"),
                                   environment, Note);
     return problemsOfInterpreter(words);
 }
@@ -143,7 +141,7 @@ QList<Problem> problemsOfScript(QString const& path, ScriptEnvironment environme
 {
     QFileInfo const info(path);
     if (!info.exists() && info.isSymLink())
-        return problem(0, QLatin1String("a link to nothing; it counts as missing"));
+        return problem(0, QLatin1String("a dangling link, which counts as absent"));
     if (!info.exists())
         return Problems();
     if (!info.isFile())

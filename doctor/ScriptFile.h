@@ -6,7 +6,7 @@
 #include <QList>
 #include <QString>
 
-/// What the plugin starts a script with. The system gives a script without "#!" to /bin/sh when it
+/// What the plugin starts a script with. The system gives a script without a shebang line to /bin/sh when it
 /// inherits the plugin's environment, and does not start it with any other.
 enum ScriptEnvironment { InheritedEnvironment, OwnEnvironment };
 

@@ -24,7 +24,7 @@ char const* reasonWords(ServingAction::Reason reason)
 
 QString presence(bool isThere, Style const& style)
 {
-    return isThere ? QLatin1String("there") : style.aside(QLatin1String("not there"));
+    return isThere ? QLatin1String("present") : style.aside(QLatin1String("absent"));
 }
 
 QString kindWords(Explanation const& explanation)
@@ -129,7 +129,7 @@ QString endingWords(WrapperRun const& run)
 {
     switch (run.ending) {
     case WrapperRun::Exited:
-        return QString::fromLatin1("exit code %1").arg(run.exitCode);
+        return QString::fromLatin1("exit status %1").arg(run.exitCode);
     case WrapperRun::EndedBySignal:
         return QLatin1String("ended by a signal");
     case WrapperRun::NotStarted:

@@ -24,7 +24,7 @@ QString whyUnknown(QString const& name, QStringList const& known)
         return reason + QLatin1String("; all sessions share the folder \"{uuid}\"");
     QString const likely = likelyMeant(name, known);
     if (!likely.isNull())
-        return reason + QString::fromLatin1("; perhaps it is to be \"%1\"").arg(likely);
+        return reason + didYouMean(likely);
     if (known.isEmpty())
         return reason + QLatin1String("; the key above is a value");
     return reason;

@@ -1,6 +1,7 @@
 #include "common/RegistryVocabulary.h"
 #include "doctor/ExaminedView.h"
 #include "doctor/Explanation.h"
+#include "doctor/Names.h"
 #include "doctor/Options.h"
 #include "doctor/RegistryKeys.h"
 #include "doctor/Reports.h"
@@ -40,9 +41,7 @@ QString fullKey(QString typed)
 
 QString unknownKeyMessage(ExaminedView& view, QString const& key)
 {
-    QString const message = QLatin1String("the view has no such key");
-    QString const likely = likelyKey(view, key);
-    return likely.isNull() ? message : message + QLatin1String("; perhaps ") + likely;
+    return QLatin1String("the view has no such key") + didYouMean(likelyKey(view, key));
 }
 
 int explainKey(ExaminedView& view, Options const& options, QString const& key)

@@ -5,6 +5,6 @@
 #include <QStringList>
 
 /// What a person is told of the scripts and the last command of an apply: of each script that was not
-/// done with exit code 0, with the end of what it wrote to its standard error, and what was run or
+/// done with exit status 0, with the end of what it wrote to its standard error, and what was run or
 /// handed over.
 QStringList applyReport(QList<TraceEvent> const& events);

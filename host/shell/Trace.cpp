@@ -84,7 +84,7 @@ QString traceOutcome(TraceEvent const& event)
     switch (event.kind) {
     case TraceEvent::ScriptRun:
         return event.ending == QLatin1String("exited")
-            ? QString::fromLatin1("exit code %1").arg(event.code)
+            ? QString::fromLatin1("exit status %1").arg(event.code)
             : event.ending;
     case TraceEvent::LastCommand:
         return event.ending;

@@ -29,7 +29,7 @@ struct TraceEvent
     /// command.
     QString subject;
 
-    /// The result code or the exit code.
+    /// The result code or the exit status.
     int code;
 
     /// Of a script: how it ended. Of a last command: what became of it. Of a bus call: the error; null

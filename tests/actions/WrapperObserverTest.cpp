@@ -64,11 +64,11 @@ void WrapperObserverTest::isToldOfTheEnd_data()
     QTest::addColumn<bool>("isSuccess");
 
     int const exited = WrapperRun::Exited;
-    QTest::newRow("exit code 0") << QByteArray("exit 0") << false << exited << 0 << true;
-    QTest::newRow("another exit code") << QByteArray("exit 3") << false << exited << 3 << false;
-    QTest::newRow("with a value: exit code 0")
+    QTest::newRow("exit status 0") << QByteArray("exit 0") << false << exited << 0 << true;
+    QTest::newRow("another exit status") << QByteArray("exit 3") << false << exited << 3 << false;
+    QTest::newRow("with a value: exit status 0")
         << QByteArray("exit 0") << true << exited << 0 << true;
-    QTest::newRow("with a value: another exit code")
+    QTest::newRow("with a value: another exit status")
         << QByteArray("exit 3") << true << exited << 3 << false;
     QTest::newRow("signal") << QByteArray("kill -9 $$") << false << int(WrapperRun::EndedBySignal)
                             << 0 << false;

@@ -81,7 +81,7 @@ void EnvironmentLinesTest::problemsOfLines_data()
         << QByteArray("A=root/a\r\nB=root/b\r\n")
         << QStringList("1: the line ends in CRLF; the CR is dropped here, but not in a script");
     QTest::newRow("a NUL") << QByteArray("A=root/a\0b\n", 11)
-                           << QStringList("1: what stands behind the NUL byte is ignored");
+                           << QStringList("1: everything after the NUL byte is ignored");
     QTest::newRow("a long line") << QByteArray(1023, 'x') + "y\n" + declaration
                                  << QStringList("1: " + tooLong);
     QTest::newRow("a line behind a long one keeps its number")

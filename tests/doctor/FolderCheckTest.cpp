@@ -81,7 +81,7 @@ void FolderCheckTest::findings_data()
         << kUsb
         << (QStringList() << "get.sh"
                           << "get.env=REG_SET=" + known)
-        << QStringList("get.env:1: REG_SET names a target in set.env alone; here it is a variable "
+        << QStringList("get.env:1: REG_SET names a target in set.env only; here it is a variable "
                        "like any other");
 
     QTest::newRow("a target in commit.env")
@@ -89,7 +89,7 @@ void FolderCheckTest::findings_data()
         << (QStringList() << "commit.sh"
                           << "commit.env=REG_SET=" + known)
         << QStringList(
-               "commit.env:1: REG_SET names a target in set.env alone; here it is a variable "
+               "commit.env:1: REG_SET names a target in set.env only; here it is a variable "
                "like any other");
     QTest::newRow("names like that of a target")
         << kUsb << QStringList("set.env=REG_SETS=" + known + "\nreg_set=" + known)
@@ -107,7 +107,7 @@ void FolderCheckTest::findings_data()
                           << "get.env=A=root/USB/root/mass_storage/allowed")
         << QStringList(
                "get.env:1: root/USB/root/mass_storage/allowed: the default settings know no "
-               "such key; perhaps root/USB/root/mass-storage/allowed");
+               "such key; did you mean root/USB/root/mass-storage/allowed?");
     QTest::newRow("a directory of the registry")
         << kUsb
         << (QStringList() << "get.sh"
@@ -240,8 +240,8 @@ void FolderCheckTest::findings_data()
                QString("set.env=REG_SET=root/ConnectionType/ica/connections/%1/lable").arg(kUuid))
         << QStringList(
                QString("set.env:1: root/ConnectionType/ica/connections/%1/lable: the default "
-                       "settings know no such key; perhaps "
-                       "root/ConnectionType/ica/connections/%1/label")
+                       "settings know no such key; did you mean "
+                       "root/ConnectionType/ica/connections/%1/label?")
                    .arg(kUuid));
     QTest::newRow("a typed UUID where no session is")
         << kUsb << QStringList(QString("set.env=REG_SET=root/USB/%1").arg(kUuid))
@@ -261,10 +261,10 @@ void FolderCheckTest::findings_data()
 
     QTest::newRow("a misspelt script")
         << kUsb << QStringList("Commit.sh")
-        << QStringList("Commit.sh: is not looked for; perhaps it is to be \"commit.sh\"");
+        << QStringList("Commit.sh: is not looked for; did you mean commit.sh?");
     QTest::newRow("a misspelt environment file")
         << kUsb << QStringList("gte.env=x")
-        << QStringList("gte.env: is not looked for; perhaps it is to be \"get.env\"");
+        << QStringList("gte.env: is not looked for; did you mean get.env?");
     QTest::newRow("an environment file that there is not")
         << kUsb << QStringList("apply.env=x")
         << QStringList("apply.env: is not looked for: the environment files are get.env, set.env, "
@@ -377,7 +377,7 @@ void FolderCheckTest::foldersThatNoKeyHas_data()
     QTest::newRow("hidden by its dot") << "zelvo-view/.git" << QString();
     QTest::newRow("a name of its own") << "zelvo-view/usb/colour" << unknown;
     QTest::newRow("a misspelt name")
-        << "zelvo-view/usb/read-only" << unknown + "; perhaps it is to be \"read_only\"";
+        << "zelvo-view/usb/read-only" << unknown + "; did you mean read_only?";
     QTest::newRow("below a value")
         << QString(kUsb) + "/data" << unknown + "; the key above is a value";
     QTest::newRow("the registry's placeholder")
@@ -468,7 +468,7 @@ void FolderCheckTest::scriptWithoutAnInterpreter()
     QCOMPARE(findings.size(), 1);
     QCOMPARE(findings.first().file, script);
     QCOMPARE(findings.first().line, 1);
-    QString const reason("no interpreter: the file does not begin with \"#!\"");
+    QString const reason("missing shebang line");
     QCOMPARE(findings.first().message,
              reason
                  + (isRun ? ", so /bin/sh runs it"

@@ -127,12 +127,12 @@ void NewAreaTest::explainNamesItsBackEndAndItsFiles()
 {
     QString const text = ViewWithClock().explained(kZone);
     QVERIFY2(text.contains("get        offered by a setting class: ClockValueAction\n"
-                           "           1. get.sh (not there), get.env (not there)\n"
+                           "           1. get.sh (absent), get.env (absent)\n"
                            "           2. the clock, and its zone file\n"
                            "           3. the default\n"),
              qPrintable(text));
     QVERIFY2(text.contains("commit     offered by a setting class: ClockCommitAction\n"
-                           "           1. commit.sh (not there), commit.env (not there)\n"
+                           "           1. commit.sh (absent), commit.env (absent)\n"
                            "           2. the clock, and its zone file\n"
                            "           3. nothing\n"),
              qPrintable(text));

@@ -185,7 +185,7 @@ void ScriptFileTest::shellRunsWhatNamesNoInterpreter_data()
     QTest::addColumn<QStringList>("problems");
     QTest::addColumn<QStringList>("notesOfAnInheritedEnvironment");
 
-    QString const none("no interpreter: the file does not begin with \"#!\"");
+    QString const none("missing shebang line");
     QString const shell(", so /bin/sh runs it");
     QTest::newRow("empty") << QByteArray() << QStringList("1: " + none)
                            << QStringList("1: note: " + none + shell);
@@ -199,14 +199,14 @@ void ScriptFileTest::shellRunsWhatNamesNoInterpreter_data()
                               << "1: note: " + none + shell
                               << "2: the line ends in CRLF, and the CR becomes a part of its last "
                                  "word");
-    QString const nothing("no interpreter stands behind the \"#!\"");
+    QString const nothing("the shebang line names no interpreter");
     QTest::newRow("nothing behind #!") << QByteArray("#!\nexit 0\n") << QStringList("1: " + nothing)
                                        << QStringList("1: note: " + nothing + shell);
     QTest::newRow("blanks behind #!")
         << QByteArray("#! \t\nexit 0\n") << QStringList("1: " + nothing)
         << QStringList("1: note: " + nothing + shell);
     // The shell runs it, but not as whoever wrote it has meant it.
-    QString const mark("a byte order mark stands before the \"#!\"");
+    QString const mark("a byte order mark stands before the shebang line");
     QTest::newRow("a byte order mark")
         << QByteArray("\xef\xbb\xbf#!/bin/sh\n") << QStringList("1: " + mark)
         << QStringList("1: " + mark + shell);

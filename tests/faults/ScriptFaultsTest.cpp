@@ -1,4 +1,4 @@
-// Scripts that go wrong in other ways than by an exit code, each through the plugin: a request comes
+// Scripts that go wrong in other ways than by an exit status, each through the plugin: a request comes
 // to what it comes to with a script that succeeds or fails, and leaves nothing behind.
 
 #include "faults/ScriptRequests.h"

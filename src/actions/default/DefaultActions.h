@@ -10,7 +10,7 @@
 // entries, from any thread once the plugin is loaded, and each call blocks for as long as its script
 // runs (30 seconds at most).
 
-/// "/isVisible.sh": `data` becomes whether its exit code is 0.
+/// "/isVisible.sh": `data` becomes whether its exit status is 0.
 class DefaultIsVisibleAction : public IConfigAction, public DescribedAction
 {
 public:

@@ -154,7 +154,7 @@ WrapperRun::Ending Wrapper::waitForEnd()
     }
     if (mProcess.isEnvironmentTooLong())
         return WrapperRun::EnvironmentTooLong;
-    // The exit code of a program that never started differs between versions of Qt.
+    // The exit status of a program that never started differs between versions of Qt.
     if (mProcess.error() == QProcess::FailedToStart)
         return WrapperRun::NotStarted;
     return mProcess.exitStatus() == QProcess::NormalExit ? WrapperRun::Exited

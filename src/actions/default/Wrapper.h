@@ -19,7 +19,7 @@ struct WrapperRun
     enum Ending { Exited, EndedBySignal, NotStarted, EnvironmentTooLong, TimedOut };
 
     /// The rule of all scripts: it counts as one that succeeded unless it ended by itself with
-    /// another exit code than 0, or by a signal, or its environment was too long.
+    /// another exit status than 0, or by a signal, or its environment was too long.
     bool isSuccess() const;
 
     QString script;
@@ -39,7 +39,7 @@ struct WrapperRun
 
 /// One run of a wrapper script.
 ///
-/// A script runs in its own folder and gets 30 seconds. The exit code alone decides: 0 is success,
+/// A script runs in its own folder and gets 30 seconds. The exit status alone decides: 0 is success,
 /// and so are a script that could not be started and one whose time ran out (it is then killed,
 /// together with what it has started, and reaped). A script that a signal ended did not succeed; one
 /// whose output is kept gets such a signal when it prints more than 128 MiB. Nor did one that could
