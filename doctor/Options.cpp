@@ -1,5 +1,6 @@
 #include "doctor/Options.h"
 
+#include "options/ExitStatus.h"
 #include "options/OptionTexts.h"
 
 #include <string>
@@ -97,7 +98,7 @@ bool readOptions(int argc, char** argv, Options& options, int& exitStatus)
     try {
         app.parse(argc, argv);
     } catch (CLI::ParseError const& outcome) {
-        exitStatus = app.exit(outcome) == 0 ? kClean : kUsageError;
+        exitStatus = app.exit(outcome) == 0 ? 0 : kDoctorUsageError;
         return false;
     }
     options.defaults = optionTexts(raw.defaults);

@@ -3,10 +3,6 @@
 #include <QString>
 #include <QStringList>
 
-int const kClean = 0;
-int const kFindings = 1;
-int const kUsageError = 2;
-
 /// What the program was called with.
 struct Options
 {

@@ -8,6 +8,7 @@
 #include "doctor/TreeCheck.h"
 #include "doctor/ViewMap.h"
 #include "installation/Installation.h"
+#include "options/ExitStatus.h"
 #include "registry/RegistryKey.h"
 
 #include <QCoreApplication>
@@ -65,12 +66,12 @@ int explainKey(ExaminedView& view, Options const& options, QString const& key)
     else
         write(stdout,
               textOf(explanation, style) + (options.run ? textOf(answers, style) : QString()));
-    return hasFault(explanation.findings) ? kFindings : kClean;
+    return hasFault(explanation.findings) ? kFindings : 0;
 }
 
 int explainKeys(ExaminedView& view, Options const& options)
 {
-    int worst = kClean;
+    int worst = 0;
     for (QString const& key : options.keys)
         worst = qMax(worst, explainKey(view, options, fullKey(key)));
     return worst;
@@ -81,7 +82,7 @@ int check(ExaminedView& view, Options const& options)
     QString const wrappers = view.kit().wrappersDirectory().path();
     if (!QFileInfo(wrappers).isDir()) {
         complain(wrappers + QLatin1String(": no such directory"));
-        return kUsageError;
+        return kDoctorUsageError;
     }
     QList<Finding> const findings = checkWrappers(view);
     if (options.json) {
@@ -91,7 +92,7 @@ int check(ExaminedView& view, Options const& options)
         for (Finding const& finding : findings)
             write(stdout, textOf(finding, style));
     }
-    return hasFault(findings) ? kFindings : kClean;
+    return hasFault(findings) ? kFindings : 0;
 }
 
 int printMap(ExaminedView& view, Options const& options)
@@ -103,7 +104,7 @@ int printMap(ExaminedView& view, Options const& options)
         write(stdout, markdownOf(rows));
     else
         write(stdout, textOf(rows, Style::sOfOutput()));
-    return kClean;
+    return 0;
 }
 
 /// An installed doctor looks at what the installed host serves, where no other directory is named.
@@ -143,7 +144,7 @@ int main(int argc, char** argv)
     QString error;
     if (!view.open(options.baseDir, options.defaults, options.registryFile, error)) {
         complain(error);
-        return kUsageError;
+        return kDoctorUsageError;
     }
     return carryOut(view, options);
 }

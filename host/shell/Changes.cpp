@@ -2,28 +2,11 @@
 
 #include "registry/RegistryKey.h"
 #include "shell/Printer.h"
-#include "shell/Reply.h"
 #include "shell/TracedHost.h"
 
 namespace {
 
 typedef QMap<QString, PendingOutcome> Outcomes;
-
-QString oldValue(Vantora& host, QString const& key)
-{
-    QString value;
-    return host.get(key, value, REG_PARAM_VALUE, QString::fromLatin1("")) == 0
-        ? onOneLine(value)
-        : QString::fromLatin1("(none)");
-}
-
-QString line(TracedHost& host, QString const& key, PendingOutcome const& outcome)
-{
-    QString const lead = key + QLatin1String(": ");
-    if (outcome.value.isNull())
-        return lead + outcome.text();
-    return lead + oldValue(host, key) + QLatin1String(" -> ") + outcome.text();
-}
 
 } // namespace
 
@@ -61,15 +44,4 @@ Outcomes pendingOutcomes(TracedHost& host, QString const& key)
             outcomes.insert(change.key(), outcome);
     }
     return outcomes;
-}
-
-void describeCommit(TracedHost& host, QString const& key, Reply& reply)
-{
-    Outcomes const outcomes = pendingOutcomes(host, key);
-    Outcomes::const_iterator outcome = outcomes.constBegin();
-    for (; outcome != outcomes.constEnd(); ++outcome) {
-        ReplyNode const node = {outcome.key(), outcome.value().change, outcome.value().value};
-        reply.nodes.append(node);
-        reply.text += line(host, outcome.key(), outcome.value()) + QLatin1Char('\n');
-    }
 }

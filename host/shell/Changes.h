@@ -6,7 +6,6 @@
 #include <QString>
 
 class TracedHost;
-struct Reply;
 
 /// What a commit would do to one key.
 struct PendingOutcome
@@ -20,9 +19,6 @@ struct PendingOutcome
     QString text() const;
 };
 
-/// What a commit of `key`, or of all that is pending if it is empty, would do, key by key. A plugin's pending values are those it was given;
-/// what its scripts make of them is seen after the commit.
+/// What a commit of `key`, or of all that is pending if it is empty, would do, key by key. A plugin's
+/// pending values are those it was given; what its scripts make of them is seen after the commit.
 QMap<QString, PendingOutcome> pendingOutcomes(TracedHost& host, QString const& key);
-
-/// Puts the same into `reply`: "KEY: OLD -> NEW" for each value, and what is created and deleted.
-void describeCommit(TracedHost& host, QString const& key, Reply& reply);

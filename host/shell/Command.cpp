@@ -1,11 +1,10 @@
 #include "shell/Command.h"
 
+#include "shell/commands/Commands.h"
+
 #include <QTextCodec>
 
 namespace {
-
-// The one command whose last argument is a value rather than a word.
-char const* const kCommandWithValue = "set";
 
 struct Escape
 {
@@ -158,7 +157,8 @@ private:
     int mPosition;
 };
 
-bool readArguments(LineReader& reader, QStringList& arguments)
+/// Reads what is behind the name of a command.
+bool readArguments(LineReader& reader, CommandRow const* row, QStringList& arguments)
 {
     reader.skipBlanks();
     while (!reader.atEnd()) {
@@ -166,27 +166,16 @@ bool readArguments(LineReader& reader, QStringList& arguments)
         if (!reader.readWord(word))
             return false;
         arguments.append(word);
-        reader.skipBlanks();
+        if (reader.atEnd() || !row || row->argument(arguments.size()) != QLatin1String("VALUE")) {
+            reader.skipBlanks();
+            continue;
+        }
+        reader.skipOneBlank();
+        QString value;
+        if (!reader.readValue(value))
+            return false;
+        arguments.append(value);
     }
-    return true;
-}
-
-bool readKeyAndValue(LineReader& reader, QStringList& arguments)
-{
-    reader.skipBlanks();
-    if (reader.atEnd())
-        return true;
-    QString key;
-    if (!reader.readWord(key))
-        return false;
-    arguments.append(key);
-    if (reader.atEnd())
-        return true;
-    reader.skipOneBlank();
-    QString value;
-    if (!reader.readValue(value))
-        return false;
-    arguments.append(value);
     return true;
 }
 
@@ -201,9 +190,7 @@ bool readCommand(QByteArray const& line, Command& command, QString& error)
         return true;
     if (!reader.readWord(command.name))
         return false;
-    return command.name == QLatin1String(kCommandWithValue)
-        ? readKeyAndValue(reader, command.arguments)
-        : readArguments(reader, command.arguments);
+    return readArguments(reader, findCommand(command.name), command.arguments);
 }
 
 QList<Command> commandsFromArguments(QStringList const& arguments)

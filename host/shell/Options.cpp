@@ -1,7 +1,7 @@
 #include "shell/Options.h"
 
+#include "options/ExitStatus.h"
 #include "options/OptionTexts.h"
-#include "shell/ExitStatus.h"
 #include "shell/Printer.h"
 
 #include <string>

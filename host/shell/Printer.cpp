@@ -1,8 +1,7 @@
 #include "shell/Printer.h"
 
 #include "shell/Json.h"
-#include "shell/Reply.h"
-#include "shell/Terminal.h"
+#include "shell/ReplyText.h"
 #include "shell/TraceJson.h"
 
 #include <cstdio>
@@ -40,11 +39,6 @@ void write(FILE* stream, QString const& text)
     static_cast<void>(std::fflush(stream));
 }
 
-bool isShownOnTerminal(Reply const& reply)
-{
-    return !reply.terminalText.isNull() && Terminal::sShowsOutput();
-}
-
 Json nodeObject(ReplyNode const& node)
 {
     Json object;
@@ -63,12 +57,14 @@ Printer::~Printer()
 
 void TextPrinter::print(Command const& command, Reply const& reply)
 {
-    if (!reply.text.isEmpty())
-        writeOutput(isShownOnTerminal(reply) ? reply.terminalText : reply.text);
-    for (QString const& message : reply.messages)
+    QString const text = replyText(reply);
+    if (!text.isEmpty())
+        writeOutput(text);
+    QStringList const messages = replyMessages(reply);
+    for (QString const& message : messages)
         writeMessage(message);
     // An answer such as "no" says it already.
-    if (reply.code != 0 && reply.messages.isEmpty() && reply.text.isEmpty())
+    if (reply.code != 0 && messages.isEmpty() && text.isEmpty())
         writeMessage(subject(command) + QLatin1String(": ") + inWords(reply.code));
 }
 
@@ -81,9 +77,10 @@ void JsonPrinter::print(Command const& command, Reply const& reply)
     for (ReplyNode const& node : reply.nodes)
         object["nodes"].push_back(nodeObject(node));
     // The text of an answer with nodes says the same as they do.
-    if (reply.nodes.isEmpty() && !reply.text.isEmpty())
-        object["text"] = utf8(reply.text);
-    for (QString const& message : reply.messages)
+    QString const text = reply.nodes.isEmpty() ? replyText(reply) : QString();
+    if (!text.isEmpty())
+        object["text"] = utf8(text);
+    for (QString const& message : replyMessages(reply))
         object["messages"].push_back(utf8(message));
     for (TraceEvent const& event : reply.events)
         object["events"].push_back(traceObject(event));

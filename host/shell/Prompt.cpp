@@ -2,7 +2,7 @@
 
 #include "shell/Events.h"
 #include "shell/KeyNames.h"
-#include "shell/Shell.h"
+#include "shell/commands/Commands.h"
 
 #include <vantora/vantora.h>
 
@@ -66,8 +66,8 @@ void bindInterrupt()
 QStringList matchingCommands(QString const& start)
 {
     QStringList matches;
-    QStringList const names = Shell::commandNames();
-    for (QString const& name : names) {
+    for (CommandRow const& row : commandRows()) {
+        QString const name = QLatin1String(row.name);
         if (name.startsWith(start))
             matches.append(name);
     }

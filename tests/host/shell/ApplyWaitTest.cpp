@@ -1,4 +1,4 @@
-#include "shell/ApplyWait.h"
+#include "shell/commands/Apply.h"
 
 #include "support/TestProgram.h"
 

@@ -1,7 +1,7 @@
-#include "shell/KeyWatch.h"
+#include "shell/commands/Watch.h"
 
 #include "host/OpenRegistry.h"
-#include "shell/Reply.h"
+#include "shell/ReplyText.h"
 #include "support/TestProgram.h"
 
 class KeyWatchTest : public QObject
@@ -33,7 +33,7 @@ void remove(OpenRegistry& registry, QString const& key)
 QString look(KeyWatch& watch)
 {
     Reply reply;
-    return watch.hasChanged(reply) ? reply.text : QString::fromLatin1("unchanged");
+    return watch.hasChanged(reply) ? replyText(reply) : QString::fromLatin1("unchanged");
 }
 
 } // namespace

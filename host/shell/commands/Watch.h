@@ -21,7 +21,7 @@ public:
     /// Looks again.
     ///
     /// @return whether something has changed; what it is now is then in `reply`: the new value, or
-    ///         for a directory the children that came ("+ NAME") and went ("- NAME").
+    ///         for a directory its children, and which of them came and went.
     bool hasChanged(Reply& reply);
 
 private:

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <QElapsedTimer>
-#include <QObject>
 #include <QString>
 #include <QSystemSemaphore>
 
@@ -10,10 +8,8 @@
 /// The semaphore exists, with the value 0, from the construction of this object to its end, so that
 /// an apply that is over at once is not missed. Serves the events of the calling thread while it
 /// waits.
-class ApplyWait : public QObject
+class ApplyWait
 {
-    Q_OBJECT
-
 public:
     /// @param semaphoreName  nobody else's.
     /// @param subject        what is applied, for the progress shown on standard error.
@@ -29,17 +25,11 @@ public:
     /// Why the last wait could not be carried out; empty when it could.
     QString failure() const;
 
-signals:
-    void interrupted();
-
-private slots:
-    void showProgress();
-    void lookForInterrupt();
-
 private:
+    Q_DISABLE_COPY(ApplyWait)
+
     QString const mSemaphoreName;
     QString const mSubject;
     QSystemSemaphore mSemaphore;
     QString mFailure;
-    QElapsedTimer mElapsed;
 };
