@@ -4,7 +4,7 @@
 # standard input, which belongs to the commands of ./run, and all messages go to standard error.
 
 kPackages=(
-    g++ cmake ninja-build qtbase5-dev libsqlite3-dev libreadline-dev libcli11-dev nlohmann-json3-dev
+    g++ cmake ninja-build qtbase5-dev libsqlite3-dev libedit-dev libcli11-dev nlohmann-json3-dev
     bubblewrap pkgconf lowdown dbus python3-dbusmock network-manager
 )
 

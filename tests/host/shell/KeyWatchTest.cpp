@@ -1,7 +1,6 @@
-#include "shell/commands/Watch.h"
-
 #include "host/OpenRegistry.h"
 #include "shell/ReplyText.h"
+#include "shell/commands/Watch.h"
 #include "support/TestProgram.h"
 
 class KeyWatchTest : public QObject
