@@ -16,8 +16,10 @@ execute_process(COMMAND gzip -9nf "${CMAKE_BINARY_DIR}/install/changelog"
     COMMAND_ERROR_IS_FATAL ANY)
 foreach(component plugin host dev)
     set(package ${package_${component}})
-    install(FILES packaging/copyright "${CMAKE_BINARY_DIR}/install/changelog.gz"
-        DESTINATION "${CMAKE_INSTALL_DATADIR}/doc/${package}" COMPONENT ${component})
+    set(package_doc_dir "${CMAKE_INSTALL_DATADIR}/doc/${package}")
+    install(FILES LICENSE DESTINATION "${package_doc_dir}" RENAME copyright COMPONENT ${component})
+    install(FILES "${CMAKE_BINARY_DIR}/install/changelog.gz"
+        DESTINATION "${package_doc_dir}" COMPONENT ${component})
     set(overrides "${PROJECT_SOURCE_DIR}/packaging/${package}.lintian-overrides")
     if(EXISTS "${overrides}")
         install(FILES "${overrides}"
