@@ -141,7 +141,7 @@ QList<Problem> problemsOfScript(QString const& path, ScriptEnvironment environme
 {
     QFileInfo const info(path);
     if (!info.exists() && info.isSymLink())
-        return problem(0, QLatin1String("a dangling link, which counts as absent"));
+        return problem(0, QLatin1String("a dangling link; it counts as absent"));
     if (!info.exists())
         return Problems();
     if (!info.isFile())

@@ -275,7 +275,7 @@ void ScriptFileTest::linkToNothingCountsAsMissing()
     QString const script = directory.file("get.sh");
     QVERIFY(QFile::link(directory.file("nothing"), script));
     QCOMPARE(described(problemsOfScript(script, OwnEnvironment)),
-             QStringList("0: a link to nothing"));
+             QStringList("0: a dangling link"));
     QVERIFY(!QFile::exists(script));
 }
 
