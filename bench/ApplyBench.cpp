@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // Applying a branch with 40 scripts that take 50 ms each.
 //
 //   apply/T   from the request to the end of the last script, on T threads

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // Setting and committing one session's name, of N sessions.
 //
 //   disk, disk_baseline      the registry in a file on the disk, where every commit waits for it

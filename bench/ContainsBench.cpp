@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // Whether one leaf of one session is there, of N sessions.
 //
 //   contains   of the session's name

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // Creating N sessions, all of them, and then committing them one by one, in one set buffer. The
 // registry is in memory, where no disk hides the work.
 //

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // A module that needs what the plugin needs and does nothing: the baseline of loading it.
 
 extern "C" int emptyModule();

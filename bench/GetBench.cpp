@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // Reading one key that is tied to the registry and has no script.
 //
 //   mapped_leaf    get of "usb/enable"

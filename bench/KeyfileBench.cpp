@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // Reading a connection file of NetworkManager, changing the SSID and writing it back.
 //
 //   keyfile   through NMConfFile

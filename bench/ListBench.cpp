@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // Listing N sessions.
 //
 //   listing   of the view

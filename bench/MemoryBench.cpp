@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // What is asked of the heap.
 //
 //   get_leaf     the calls of malloc ("allocations") for one get of "usb/enable"

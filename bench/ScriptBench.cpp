@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // Reading one key by its script.
 //
 //   get          of a key with a "get.sh" that prints one word

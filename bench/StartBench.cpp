@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // Starting the plugin, each time in a new process whose host is ready.
 //
 //   start   dlopen with the loader's checks, pluginIsLoaded, the first get

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // Prints how many nanoseconds this process takes to load a module.
 //
 // usage: StartProbe empty MODULE              loading alone

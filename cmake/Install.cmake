@@ -1,3 +1,5 @@
+# SPDX-License-Identifier: MIT
+#
 # What is installed, and where. The components are the packages (cmake/Packages.cmake): "plugin" is
 # what the platform needs, "host" the stand-in host and its tools, "dev" what another plugin or
 # program is compiled with.

@@ -1,3 +1,5 @@
+# SPDX-License-Identifier: MIT
+#
 # The manual pages, made from docs/man by lowdown and installed with the programs.
 find_program(LOWDOWN lowdown)
 find_program(GZIP gzip)

@@ -1,3 +1,5 @@
+# SPDX-License-Identifier: MIT
+#
 # Debian packages of what is installed: cpack makes one of each component.
 #
 # They are made of any build whose prefix is /usr, which the presets set.

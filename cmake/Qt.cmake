@@ -1,3 +1,5 @@
+# SPDX-License-Identifier: MIT
+#
 # One target for "the Qt that was chosen": zelvo-qt (QtCore and QtDBus), and zelvo-qt-test for tests.
 add_library(zelvo-qt INTERFACE)
 add_library(zelvo-qt-test INTERFACE)

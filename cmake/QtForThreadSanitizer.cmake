@@ -1,3 +1,5 @@
+# SPDX-License-Identifier: MIT
+#
 # Puts a library between every program and Qt that tells the thread sanitizer of Qt's mutexes; see
 # there. Include before any target of the project is made.
 if(ZELVO_SANITIZE MATCHES "thread")

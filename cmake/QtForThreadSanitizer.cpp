@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // Tells the thread sanitizer what the mutexes of Qt do.
 //
 // The Qt of the system is not built with the sanitizer, and its mutexes are made of atomic

@@ -1,3 +1,5 @@
+# SPDX-License-Identifier: MIT
+#
 # Sourced by ./test: what the compiler finds in each header by itself, and clang-format, clang-tidy and
 # cppcheck in the sources.
 #

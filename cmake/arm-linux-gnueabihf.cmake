@@ -1,3 +1,5 @@
+# SPDX-License-Identifier: MIT
+#
 # Cross build for the platform's processor, 32-bit ARM with hardware floating point, against a sysroot
 # with the libraries and headers of Debian's armhf (./test --arm makes one).
 set(CMAKE_SYSTEM_NAME Linux)

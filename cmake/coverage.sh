@@ -1,3 +1,5 @@
+# SPDX-License-Identifier: MIT
+#
 # Sourced by ./test: which lines of the plugin the tests have reached.
 #
 # Needs `project`, the project's folder.

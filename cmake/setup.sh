@@ -1,3 +1,5 @@
+# SPDX-License-Identifier: MIT
+#
 # Sourced by ./run and ./test: installs what the build needs and builds.
 #
 # Needs `project`, the project's folder; the working directory stays the caller's. Nothing here reads

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "doctor/BackEndWords.h"
 
 #include "actions/IActionDescription.h"

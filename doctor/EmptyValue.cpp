@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "doctor/EmptyValue.h"
 
 #include <QByteArray>

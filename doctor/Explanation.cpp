@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "doctor/Explanation.h"
 
 #include "actions/ActionKit.h"

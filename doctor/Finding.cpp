@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "doctor/Finding.h"
 
 Finding makeFinding(QString const& file, QString const& key, Problem const& problem)

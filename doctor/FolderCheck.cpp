@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "doctor/FolderCheck.h"
 
 #include "actions/default/Wrapper.h"

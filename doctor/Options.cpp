@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "doctor/Options.h"
 
 #include "options/ExitStatus.h"

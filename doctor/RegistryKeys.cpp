@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "doctor/RegistryKeys.h"
 
 #include "common/RegistryVocabulary.h"

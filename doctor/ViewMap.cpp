@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "doctor/ViewMap.h"
 
 #include "doctor/ExaminedView.h"

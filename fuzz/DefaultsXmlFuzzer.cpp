@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // The input is a file of default settings. It is taken as a whole or not at all; what was taken can
 // be found key by key, and its export can be imported and is then the same.
 

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // The input is an environment file. Each declaration is one that a file can hold, and a file made of
 // what was read reads the same.
 

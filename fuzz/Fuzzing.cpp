@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "Fuzzing.h"
 
 #include <QCoreApplication>

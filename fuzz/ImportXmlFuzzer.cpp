@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // The input is a document to import into the registry. It is taken as a whole or not at all; the
 // export of what was taken, imported elsewhere, gives the same registry.
 

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // The input is a keyfile, or settings for a new one: with a first byte of 's' it is an SSID, a
 // security type and a passphrase, separated by 0xff, else the rest of it is the file.
 

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // Gives a fuzzer the inputs that are kept for it, without a fuzzing engine.
 //
 // usage: PROGRAM [-OPTION]... FILE|FOLDER...

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // The input is what a module says of its build. It is taken only when all four fields, each as its
 // first line has it, are those of the platform.
 

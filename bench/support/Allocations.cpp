@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "support/Allocations.h"
 
 #include <atomic>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #pragma once
 
 /// What the process asks of the heap. Linking this counts every call of malloc, calloc and realloc,

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "support/BareStore.h"
 
 #include "support/Scene.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "support/Scene.h"
 
 #include "plugin/ZelvoView.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include <vantora/abstractplugin.h>
 #include <vantora/registry.h>
 

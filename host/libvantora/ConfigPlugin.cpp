@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include <vantora/configplugin.h>
 
 ConfigPlugin::~ConfigPlugin()

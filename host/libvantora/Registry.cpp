@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include <vantora/registry.h>
 
 namespace Reg {

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "loader/ModuleFile.h"
 
 #include <QFile>

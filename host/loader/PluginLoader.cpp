@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "loader/PluginLoader.h"
 
 #include "loader/ModuleFile.h"

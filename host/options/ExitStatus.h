@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #pragma once
 
 /// What the programs exit with beside 0 and the result codes of the host, which are small. Those from

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "registry/DefaultNode.h"
 
 #include "registry/RegistryKey.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "registry/DefaultSettings.h"
 
 #include "registry/DefaultNode.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "registry/DefaultsDirectories.h"
 
 #include <QCoreApplication>

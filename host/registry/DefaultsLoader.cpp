@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "registry/DefaultsLoader.h"
 
 #include "registry/DefaultNode.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "registry/KeySpace.h"
 
 KeySpace::~KeySpace()

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "registry/LiveStore.h"
 
 #include "registry/ValueEncoding.h"

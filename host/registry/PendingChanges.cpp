@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "registry/PendingChanges.h"
 
 PendingChange const* PendingChanges::find(QString const& key) const

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "registry/Place.h"
 
 #include "registry/DefaultNode.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "registry/RegistryHost.h"
 
 #include "registry/DefaultSettings.h"

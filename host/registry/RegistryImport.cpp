@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "registry/RegistryImport.h"
 
 #include "registry/DefaultNode.h"

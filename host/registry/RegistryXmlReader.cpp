@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "registry/RegistryXmlReader.h"
 
 #include "registry/ValueEncoding.h"

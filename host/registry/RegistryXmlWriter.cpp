@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "registry/RegistryXmlWriter.h"
 
 #include "registry/DefaultNode.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "registry/SqlStatement.h"
 
 #include "registry/SqlConnection.h"

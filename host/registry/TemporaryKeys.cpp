@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "registry/TemporaryKeys.h"
 
 #include "registry/RegistryKey.h"

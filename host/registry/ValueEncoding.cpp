@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "registry/ValueEncoding.h"
 
 #include <QtEndian>

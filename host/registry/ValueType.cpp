@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "registry/ValueType.h"
 
 #include <QDate>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "shell/ApplyReport.h"
 
 #include "shell/Printer.h"

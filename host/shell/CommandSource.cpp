@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "shell/CommandSource.h"
 
 #include "shell/Printer.h"

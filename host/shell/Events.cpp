@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "shell/Events.h"
 
 #include <QCoreApplication>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #pragma once
 
 // Ctrl-C at a prompt: it ends the command that runs, not the program. One for the process.

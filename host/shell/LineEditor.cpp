@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "shell/LineEditor.h"
 
 #include "shell/Events.h"

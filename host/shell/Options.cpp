@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "shell/Options.h"
 
 #include "options/ExitStatus.h"

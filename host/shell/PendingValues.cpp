@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "shell/PendingValues.h"
 
 #include "registry/RegistryKey.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "shell/Printer.h"
 
 #include "shell/Json.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "shell/Progress.h"
 
 #include <chrono>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "shell/Prompt.h"
 
 #include "shell/KeyNames.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "shell/ReplyText.h"
 
 #include "shell/ApplyReport.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "shell/Shell.h"
 
 #include "options/ExitStatus.h"

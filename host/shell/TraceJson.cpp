@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "shell/TraceJson.h"
 
 #include "shell/Trace.h"

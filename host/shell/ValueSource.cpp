@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "shell/ValueSource.h"
 
 #include "registry/RegistryKey.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "installation/Installation.h"
 #include "loader/PluginLoader.h"
 #include "options/ExitStatus.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "actions/IActionDescription.h"
 
 #include "actions/ActionKit.h"

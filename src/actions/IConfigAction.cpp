@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "actions/IConfigAction.h"
 
 IConfigAction::~IConfigAction()

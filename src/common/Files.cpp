@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "common/Files.h"
 
 #include <QFile>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "display/ConfigActions.h"
 
 #include "common/RegistryVocabulary.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "display/DisplayModeActions.h"
 
 #include "common/Files.h"

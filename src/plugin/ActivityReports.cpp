@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "plugin/ActivityReports.h"
 
 #include "actions/ActionKit.h"

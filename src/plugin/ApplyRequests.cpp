@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "plugin/ApplyRequests.h"
 
 #include "actions/ActionKit.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "plugin/AutoThread.h"
 
 #include <QThread>

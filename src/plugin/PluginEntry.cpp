@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // What the host's plugin loader looks for. Written out rather than left to the toolkit's macros,
 // because these put the build key of the machine that compiles into the record; the loader wants
 // the platform's.

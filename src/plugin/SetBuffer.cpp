@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "plugin/SetBuffer.h"
 
 #include "actions/ActionKit.h"

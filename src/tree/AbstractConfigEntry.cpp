@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "tree/AbstractConfigEntry.h"
 
 #include "actions/ActionKit.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "tree/ChildList.h"
 
 #include "tree/IConfigEntry.h"

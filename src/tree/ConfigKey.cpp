@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "tree/ConfigKey.h"
 
 #include "actions/ActionKit.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "tree/ConfigTree.h"
 
 #include "actions/ActionKit.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "tree/IConfigEntry.h"
 
 IConfigEntry::~IConfigEntry()

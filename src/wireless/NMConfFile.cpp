@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "wireless/NMConfFile.h"
 
 #include "common/Files.h"

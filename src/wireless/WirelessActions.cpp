@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "wireless/WirelessActions.h"
 
 #include "tree/IConfigEntry.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "actions/ActionKit.h"
 
 #include "actions/default/DefaultActions.h"

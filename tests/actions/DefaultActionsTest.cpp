@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "actions/default/DefaultActions.h"
 
 #include "support/Footprint.h"

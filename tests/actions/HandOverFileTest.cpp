@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // The file into which a last command is handed over lies where everybody may write.
 
 #include "actions/default/HandOverFile.h"

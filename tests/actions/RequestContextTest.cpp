@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "actions/default/RequestContext.h"
 
 #include "support/TestBackend.h"

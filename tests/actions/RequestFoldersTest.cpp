@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "actions/default/RequestContext.h"
 #include "plugin/PluginScene.h"
 #include "support/TestProgram.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "actions/default/ApplyTask.h"
 #include "actions/default/DefaultActions.h"
 #include "actions/default/DefaultApplyAction.h"

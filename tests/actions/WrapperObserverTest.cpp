@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "actions/IActivityObserver.h"
 #include "actions/default/ApplyTask.h"
 #include "actions/default/Wrapper.h"

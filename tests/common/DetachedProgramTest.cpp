@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "common/DetachedProgram.h"
 
 #include "support/TestDirectory.h"

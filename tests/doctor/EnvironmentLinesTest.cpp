@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "doctor/EnvironmentLines.h"
 
 #include "support/TestDirectory.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "doctor/ExaminedView.h"
 
 #include "TestView.h"

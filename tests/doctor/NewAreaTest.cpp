@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "TestView.h"
 #include "actions/registry/RegistryActions.h"
 #include "doctor/FolderCheck.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "doctor/Reports.h"
 
 #include "support/TestProgram.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "doctor/ScriptFile.h"
 
 #include "actions/IActivityObserver.h"

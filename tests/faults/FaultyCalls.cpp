@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // A library to be preloaded (LD_PRELOAD): makes one of a program's system calls go wrong.
 //
 // It stands between the program's libraries and the system, and counts the calls that concern files

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """A vantora-shell to be talked to, in which system calls may go wrong."""
 
 import contextlib

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "host/OpenRegistry.h"
 #include "support/DiskSyncs.h"
 #include "support/TestDirectory.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "host/OpenRegistry.h"
 #include "support/TestDirectory.h"
 #include "support/TestProgram.h"

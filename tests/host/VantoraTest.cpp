@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "support/TestProgram.h"
 
 #include <vantora/vantora.h>

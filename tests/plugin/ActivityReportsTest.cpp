@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // What a host is told that asks the plugin to tell.
 
 #include "plugin/ActivityReports.h"

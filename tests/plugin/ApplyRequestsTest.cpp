@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // An apply request from its start to its end: which threads take part, and what is left of it.
 
 #include "plugin/ApplyRequests.h"

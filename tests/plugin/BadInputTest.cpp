@@ -1,7 +1,8 @@
+// SPDX-License-Identifier: MIT
+
 // Keys and values that nobody should send: each operation answers a code, and that is all.
 
 #include "plugin/PluginScene.h"
-
 #include "support/TestProgram.h"
 
 #include <QElapsedTimer>

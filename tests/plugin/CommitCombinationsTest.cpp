@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // Any two of setting, creating, deleting and a commit that fails, on two keys of two sessions, and
 // then a commit at any height: what is stored, what is pending, what the backend is asked for and
 // what the scripts are told is what a small model says.

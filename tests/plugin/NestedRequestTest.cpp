@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "plugin/ZelvoView.h"
 #include "registry/RegistryHost.h"
 #include "support/TestBackend.h"

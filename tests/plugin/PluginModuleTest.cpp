@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // The plugin as it is built and shipped: what the file shows to a loader, and what its entry points
 // answer.
 

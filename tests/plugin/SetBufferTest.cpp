@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // What is set or created waits for its commit, and nothing else does.
 
 #include "plugin/PluginScene.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "plugin/ViewKeyMap.h"
 
 #include "actions/registry/ActionScene.h"

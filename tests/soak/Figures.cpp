@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "Figures.h"
 
 #include "support/Footprint.h"

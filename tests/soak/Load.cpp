@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "Load.h"
 
 #include <vantora/abstractplugin.h>

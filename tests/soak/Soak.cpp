@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // Puts a long mixed load on the plugin and prints what the process holds after each tenth of it.
 //
 // usage: Soak plain|scripts REQUESTS

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "support/DiskSyncs.h"
 
 #include <atomic>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #pragma once
 
 /// How often the process has had the system bring what it wrote to the disk.

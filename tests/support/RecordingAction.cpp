@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "support/RecordingAction.h"
 
 RecordingAction::RecordingAction()

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "support/TestKit.h"
 
 ActionKit& freshKit(Vantora& backend, QDir const& wrappersDir)

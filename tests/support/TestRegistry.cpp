@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "support/TestRegistry.h"
 
 TestRegistry::TestRegistry(QStringList const& keys)

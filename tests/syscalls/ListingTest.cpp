@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // Whom a listing of sessions asks whether they are visible.
 
 #include "actions/ActionKit.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "SyscallCounter.h"
 
 #include <limits.h>

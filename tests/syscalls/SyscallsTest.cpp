@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // How often a request asks the system. What takes the time of a get is looking for wrapper scripts;
 // the numbers are held here, so that they grow only when somebody means it.
 

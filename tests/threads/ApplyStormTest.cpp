@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // Many apply requests in quick succession, each with many scripts, on all the threads that they take.
 
 #include "actions/default/LastCommandTask.h"

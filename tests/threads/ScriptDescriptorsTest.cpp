@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // What the scripts inherit of the plugin's open files: nothing, however many of them are started at
 // the same time and whatever the other threads have open then.
 

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "tree/KeyPath.h"
 
 #include "support/TestProgram.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "support/TestBackend.h"
 #include "support/TestKit.h"
 #include "support/TestProgram.h"

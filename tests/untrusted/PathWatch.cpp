@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "untrusted/PathWatch.h"
 
 #include <QDir>

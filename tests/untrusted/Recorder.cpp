@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // A wrapper script that is a program: writes down how it was started, and answers like a script that
 // fails, so that the request goes on to the key's own back end. "isVisible.sh" alone succeeds.
 //

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "untrusted/Records.h"
 
 #include <QFile>

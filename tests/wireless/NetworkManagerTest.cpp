@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // The wireless code against the NetworkManager daemon itself, on a machine without a radio: a
 // network of its own with a loopback and a wired device, and a bus of its own.
 

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "wireless/PrivateBus.h"
 
 #include "common/QtCompat.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // Calls the functions of the wireless system, in the order of its arguments, in a process whose
 // system bus is a test's own:
 //

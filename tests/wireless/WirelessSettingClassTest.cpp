@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "wireless/WirelessSettingClass.h"
 
 #include "actions/ActionKit.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "wireless/WirelessSystem.h"
 
 #include "common/QtCompat.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #pragma once
 
 /// What a request is about: the value of a key, its type word or its regular expression.

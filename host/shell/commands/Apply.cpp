@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "shell/commands/Apply.h"
 
 #include "options/ExitStatus.h"

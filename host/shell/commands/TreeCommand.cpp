@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "shell/Changes.h"
 #include "shell/Interrupt.h"
 #include "shell/KeyNames.h"

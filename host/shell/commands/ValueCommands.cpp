@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "shell/KeyNames.h"
 #include "shell/TracedHost.h"
 #include "shell/commands/Commands.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "shell/commands/Watch.h"
 
 #include "options/ExitStatus.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "options/ExitStatus.h"
 #include "shell/KeyNames.h"
 #include "shell/TracedHost.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "actions/default/DefaultApplyAction.h"
 
 #include "actions/ActionKit.h"

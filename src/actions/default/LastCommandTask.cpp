@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "actions/default/LastCommandTask.h"
 
 #include "actions/ActionKit.h"

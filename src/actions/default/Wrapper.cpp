@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "actions/default/Wrapper.h"
 
 #include "actions/ActionKit.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "actions/registry/AutostartActions.h"
 
 #include "actions/registry/RegistryAccess.h"

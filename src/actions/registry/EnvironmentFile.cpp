@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "actions/registry/EnvironmentFile.h"
 
 #include "actions/default/RequestContext.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "actions/registry/RegistryAccess.h"
 
 #include "actions/ActionKit.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "loader/VerificationRecord.h"
 
 #include "support/TestProgram.h"

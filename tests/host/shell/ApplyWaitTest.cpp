@@ -1,5 +1,6 @@
-#include "shell/commands/Apply.h"
+// SPDX-License-Identifier: MIT
 
+#include "shell/commands/Apply.h"
 #include "support/TestProgram.h"
 
 #include <QSystemSemaphore>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 #include "host/OpenRegistry.h"
 #include "shell/ReplyText.h"
 #include "shell/commands/Watch.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // Uses both libraries of the platform: a plugin that asks the backend.
 #include <vantora/abstractplugin.h>
 #include <vantora/vantora.h>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // The classes whose slots are listed in slots.txt. The interfaces hide the names of their slots, so
 // each that no class here implements whole gets one that does.
 

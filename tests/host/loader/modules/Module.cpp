@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // A tiny plugin module. What is wrong with it is chosen by definitions; without any it is a good
 // one.
 
