@@ -588,7 +588,7 @@ void ZelvoViewTest::requestThatLeadsIntoItselfIsNotHandled()
     QFETCH(QString, operation);
 
     PluginScene scene(root);
-    QString const viewKey = operation == "create" ? "rdp/sessions/{uuid}" : "usb/enable";
+    QString const viewKey = operation == "create" ? "rdp/sessions/{uuid}" : "radio/ssid";
     QString const key = viewKey.endsWith("}") ? "rdp/sessions/" + QString(kUuid) : viewKey;
     RepeatingAction action(scene, operation, scene.at(key));
     ActionKit& kit = *ActionKit::instance();
