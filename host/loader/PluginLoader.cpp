@@ -102,10 +102,6 @@ Found findPlugin(QString const& file, QString& error)
 
 } // namespace
 
-PluginLoader::PluginLoader()
-{
-}
-
 PluginLoader::~PluginLoader()
 {
     while (!mInstances.isEmpty())

@@ -15,7 +15,7 @@ class QObject;
 class PluginLoader
 {
 public:
-    PluginLoader();
+    PluginLoader() { }
 
     /// Deletes the plugin objects, the last one loaded first. What they were given in
     /// `pluginIsLoaded` must still be there.

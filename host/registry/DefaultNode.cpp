@@ -8,8 +8,6 @@
 DefaultNode::DefaultNode(QString const& name)
     : mName(name)
     , mIsValue(false)
-    , mType(REG_TYPE_STRING)
-    , mTemplateDirectory(nullptr)
 {
 }
 
@@ -20,7 +18,6 @@ DefaultNode::DefaultNode(QString const& name, _RegEntryType type, QString const&
     , mType(type)
     , mDefaultValue(defaultValue)
     , mRegExp(regExp)
-    , mTemplateDirectory(nullptr)
 {
 }
 
@@ -45,11 +42,6 @@ void DefaultNode::append(DefaultNode* child)
     mChildByName.insert(child->name(), child);
     if (isPlaceholder(child->name()))
         mTemplateDirectory = child;
-}
-
-DefaultNode* DefaultNode::child(QString const& name) const
-{
-    return mChildByName.value(name);
 }
 
 QString DefaultNode::regExp() const

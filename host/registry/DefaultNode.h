@@ -41,7 +41,7 @@ public:
     QList<DefaultNode*> children() const { return mChildren; }
 
     /// The child of that very name, or null.
-    DefaultNode* child(QString const& name) const;
+    DefaultNode* child(QString const& name) const { return mChildByName.value(name); }
 
     /// The child named by a placeholder, after which session directories are made, or null.
     DefaultNode* templateDirectory() const { return mTemplateDirectory; }
@@ -63,10 +63,10 @@ private:
 
     QString mName;
     bool mIsValue;
-    _RegEntryType mType;
+    _RegEntryType mType = REG_TYPE_STRING;
     QString mDefaultValue;
     QRegExp mRegExp;
     QList<DefaultNode*> mChildren;
     QHash<QString, DefaultNode*> mChildByName;
-    DefaultNode* mTemplateDirectory;
+    DefaultNode* mTemplateDirectory = nullptr;
 };

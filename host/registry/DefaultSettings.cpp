@@ -90,8 +90,3 @@ int DefaultSettings::query(QString const& key, Reg::NodeSet& nodes, QString cons
         nodes.append(makeNode(*child, childKey(key, child->name())));
     return kDone;
 }
-
-DefaultNode const& DefaultSettings::top() const
-{
-    return *mTop;
-}

@@ -27,7 +27,7 @@ public:
     int query(QString const& key, Reg::NodeSet& nodes, QString const& extra) override;
 
     /// The directory that holds the first components of all keys; it has no key of its own.
-    DefaultNode const& top() const;
+    DefaultNode const& top() const { return *mTop; }
 
 private:
     Q_DISABLE_COPY(DefaultSettings)

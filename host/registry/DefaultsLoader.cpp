@@ -73,11 +73,6 @@ bool DefaultsLoader::checkDirectory(QString const& name, QString& error) const
     return true;
 }
 
-void DefaultsLoader::leaveDirectory()
-{
-    mDirectories.pop();
-}
-
 bool DefaultsLoader::addKey(RegistryXmlKey const& key, QString& error)
 {
     DefaultNode& directory = *mDirectories.top();

@@ -16,7 +16,7 @@ public:
     explicit DefaultsLoader(DefaultNode& top);
 
     bool enterDirectory(QString const& name, QString& error) override;
-    void leaveDirectory() override;
+    void leaveDirectory() override { mDirectories.pop(); }
     bool addKey(RegistryXmlKey const& key, QString& error) override;
 
 private:

@@ -16,7 +16,7 @@
 class KeySpace
 {
 public:
-    virtual ~KeySpace();
+    virtual ~KeySpace() { }
 
     virtual int set(QString const& key, QString const& value) = 0;
     virtual int get(QString const& key, QMap<QString, _RegNodeType>& result, _RegEntryParam param)

@@ -66,8 +66,6 @@ _RegEntryChange changeKind(PendingChange::Kind kind)
 
 LiveRegistry::LiveRegistry(DefaultSettings const& defaults)
     : mDefaults(defaults)
-    , mLastOrdinal(0)
-    , mOpenCommits(0)
 {
 }
 

@@ -94,9 +94,9 @@ private:
     PendingChanges mPending;
     QScopedPointer<LiveStore> mStore;
     // Of the directories created so far, pending ones included.
-    qint64 mLastOrdinal;
+    qint64 mLastOrdinal = 0;
 
-    int mOpenCommits;
+    int mOpenCommits = 0;
     LiveChanges mUnwritten;
     // What takes the unwritten steps back, by step.
     QList<LiveChanges> mUndo;

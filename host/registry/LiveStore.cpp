@@ -76,10 +76,6 @@ bool isOurs(QString const& name, QString& reason)
 
 } // namespace
 
-LiveStore::LiveStore()
-{
-}
-
 bool LiveStore::open(QString const& file, LiveChanges& contents, QString& error)
 {
     QString reason;

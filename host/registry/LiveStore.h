@@ -15,7 +15,7 @@
 class LiveStore
 {
 public:
-    LiveStore();
+    LiveStore() { }
 
     /// Opens the file, creating it if there is none, and adds to `contents` all that it holds, as
     /// the changes that lead there. Call once.

@@ -6,20 +6,9 @@
 
 #include <QMap>
 
-LiveNode::LiveNode()
-    : mHasValue(false)
-    , mOrdinal(0)
-{
-}
-
 LiveNode::~LiveNode()
 {
     qDeleteAll(mChildren);
-}
-
-LiveNode const* LiveNode::child(QString const& name) const
-{
-    return mChildren.value(name);
 }
 
 QStringList LiveNode::sessions() const
@@ -42,11 +31,6 @@ QStringList LiveNode::sessionsByAge() const
     return byOrdinal.values();
 }
 
-bool LiveNode::isSession() const
-{
-    return mOrdinal != 0;
-}
-
 void LiveNode::describe(QString const& key, LiveChanges& changes) const
 {
     LiveChange const creation = {LiveChange::CreateDirectory, key, QString(), mOrdinal};
@@ -58,10 +42,6 @@ void LiveNode::describe(QString const& key, LiveChanges& changes) const
     QHash<QString, LiveNode*>::const_iterator child = mChildren.constBegin();
     for (; child != mChildren.constEnd(); ++child)
         child.value()->describe(childKey(key, child.key()), changes);
-}
-
-LiveTree::LiveTree()
-{
 }
 
 void LiveTree::apply(LiveChange const& change)

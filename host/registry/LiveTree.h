@@ -11,13 +11,13 @@
 class LiveNode
 {
 public:
-    LiveNode();
+    LiveNode() { }
 
     /// Deletes the children.
     ~LiveNode();
 
     /// The child of that name, or null.
-    LiveNode const* child(QString const& name) const;
+    LiveNode const* child(QString const& name) const { return mChildren.value(name); }
 
     /// The names of the session directories here, in no order.
     QStringList sessions() const;
@@ -25,7 +25,7 @@ public:
     /// The same in the order of creation.
     QStringList sessionsByAge() const;
 
-    bool isSession() const;
+    bool isSession() const { return mOrdinal != 0; }
     bool hasValue() const { return mHasValue; }
     QString value() const { return mValue; }
 
@@ -38,9 +38,9 @@ private:
 
     QHash<QString, LiveNode*> mChildren;
     QString mValue;
-    bool mHasValue;
+    bool mHasValue = false;
     // Place in the order of creation; 0 for what is no session directory.
-    qint64 mOrdinal;
+    qint64 mOrdinal = 0;
 };
 
 /// The live values in memory: what the database holds, found by walking the components of a key, so
@@ -48,7 +48,7 @@ private:
 class LiveTree
 {
 public:
-    LiveTree();
+    LiveTree() { }
 
     /// Takes over one step of a commit.
     void apply(LiveChange const& change);

@@ -13,11 +13,6 @@ void PendingChanges::put(QString const& key, PendingChange const& change)
     mChanges.insert(key, change);
 }
 
-void PendingChanges::drop(QString const& key)
-{
-    mChanges.remove(key);
-}
-
 void PendingChanges::dropAtOrUnder(QString const& key)
 {
     QStringList const keys = keysAtOrUnder(key);
@@ -32,11 +27,6 @@ void PendingChanges::restore(PendingChanges const& former)
         if (!mChanges.contains(change.key()))
             put(change.key(), change.value());
     }
-}
-
-QStringList PendingChanges::keys() const
-{
-    return mChanges.keys();
 }
 
 QStringList PendingChanges::keysAtOrUnder(QString const& key) const

@@ -38,14 +38,14 @@ public:
     /// Puts the change in the place of an earlier one of the key.
     void put(QString const& key, PendingChange const& change);
 
-    void drop(QString const& key);
+    void drop(QString const& key) { mChanges.remove(key); }
     void dropAtOrUnder(QString const& key);
 
     /// Takes back what was dropped since `former` was copied from this object; later changes stay.
     void restore(PendingChanges const& former);
 
     /// The keys with a pending change, directories before what lies in them.
-    QStringList keys() const;
+    QStringList keys() const { return mChanges.keys(); }
     QStringList keysAtOrUnder(QString const& key) const;
 
 private:

@@ -30,14 +30,6 @@ bool enter(Place& place, KeyPieces const& pieces)
 
 } // namespace
 
-Place::Place()
-    : declaration(nullptr)
-    , live(nullptr)
-    , isTemplate(false)
-    , exists(false)
-{
-}
-
 bool Place::isSession(QString const& key) const
 {
     return !sessions.isEmpty() && sessions.last() == key;

@@ -32,11 +32,6 @@ bool RegistryImport::enterDirectory(QString const& name, QString& error)
     return true;
 }
 
-void RegistryImport::leaveDirectory()
-{
-    mDirectories.removeLast();
-}
-
 bool RegistryImport::addKey(RegistryXmlKey const& key, QString& error)
 {
     QString const fullKey = keyFor(key.name);

@@ -25,7 +25,7 @@ public:
                    QStringList const& foreign, qint64 lastOrdinal);
 
     bool enterDirectory(QString const& name, QString& error) override;
-    void leaveDirectory() override;
+    void leaveDirectory() override { mDirectories.removeLast(); }
     bool addKey(RegistryXmlKey const& key, QString& error) override;
 
     LiveChanges steps() const { return mSteps; }

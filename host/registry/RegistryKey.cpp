@@ -53,8 +53,6 @@ bool isXmlText(QString const& text)
 
 KeyPieces::KeyPieces(QString const& key)
     : mKey(key)
-    , mBegin(0)
-    , mEnd(-1)
 {
 }
 
@@ -67,19 +65,4 @@ bool KeyPieces::next()
     if (mEnd < 0)
         mEnd = mKey.size();
     return true;
-}
-
-QString KeyPieces::piece() const
-{
-    return mKey.mid(mBegin, mEnd - mBegin);
-}
-
-QString KeyPieces::upToHere() const
-{
-    return mKey.left(mEnd);
-}
-
-bool KeyPieces::isLast() const
-{
-    return mEnd == mKey.size();
 }

@@ -30,16 +30,16 @@ public:
     /// Goes to the next component, at first to the first one. False behind the last.
     bool next();
 
-    QString piece() const;
+    QString piece() const { return mKey.mid(mBegin, mEnd - mBegin); }
 
     /// The key from its beginning to the end of the current component.
-    QString upToHere() const;
+    QString upToHere() const { return mKey.left(mEnd); }
 
     /// True when the current component is the last.
-    bool isLast() const;
+    bool isLast() const { return mEnd == mKey.size(); }
 
 private:
     QString const mKey;
-    int mBegin;
-    int mEnd;
+    int mBegin = 0;
+    int mEnd = -1;
 };

@@ -60,8 +60,6 @@ public:
     DocumentReader(QByteArray const& data, RegistryXmlHandler& handler)
         : mReader(data)
         , mHandler(handler)
-        , mHasRoot(false)
-        , mInKey(false)
     {
         mReader.setNamespaceProcessing(false);
     }
@@ -77,8 +75,8 @@ private:
 
     QXmlStreamReader mReader;
     RegistryXmlHandler& mHandler;
-    bool mHasRoot;
-    bool mInKey;
+    bool mHasRoot = false;
+    bool mInKey = false;
     QString mError;
 };
 
@@ -161,10 +159,6 @@ bool DocumentReader::refuse(char const* reason)
 }
 
 } // namespace
-
-RegistryXmlHandler::~RegistryXmlHandler()
-{
-}
 
 bool refuse(QString& error, char const* reason, QString const& subject)
 {

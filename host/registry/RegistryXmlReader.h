@@ -20,7 +20,7 @@ struct RegistryXmlKey
 class RegistryXmlHandler
 {
 public:
-    virtual ~RegistryXmlHandler();
+    virtual ~RegistryXmlHandler() { }
 
     virtual bool enterDirectory(QString const& name, QString& error) = 0;
     virtual void leaveDirectory() = 0;

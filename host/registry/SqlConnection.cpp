@@ -15,11 +15,6 @@ int const kReadOnly = 1;
 
 } // namespace
 
-SqlConnection::SqlConnection()
-    : mHandle(nullptr)
-{
-}
-
 SqlConnection::~SqlConnection()
 {
     sqlite3_close(mHandle);

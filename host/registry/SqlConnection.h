@@ -10,7 +10,7 @@ struct sqlite3;
 class SqlConnection
 {
 public:
-    SqlConnection();
+    SqlConnection() { }
 
     /// Closes the connection. Its statements must be gone by then.
     ~SqlConnection();
@@ -35,5 +35,5 @@ public:
 private:
     Q_DISABLE_COPY(SqlConnection)
 
-    sqlite3* mHandle;
+    sqlite3* mHandle = nullptr;
 };

@@ -13,9 +13,7 @@ int const kToItsEnd = -1;
 } // namespace
 
 SqlStatement::SqlStatement()
-    : mStatement(nullptr)
-    , mIsBound(true)
-    , mLastResult(SQLITE_MISUSE)
+    : mLastResult(SQLITE_MISUSE)
 {
 }
 

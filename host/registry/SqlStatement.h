@@ -42,7 +42,7 @@ private:
 
     void noteBinding(int result);
 
-    sqlite3_stmt* mStatement;
-    bool mIsBound;
+    sqlite3_stmt* mStatement = nullptr;
+    bool mIsBound = true;
     int mLastResult;
 };

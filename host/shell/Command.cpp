@@ -55,7 +55,6 @@ public:
     LineReader(QByteArray const& line, QString& error)
         : mLine(line)
         , mError(error)
-        , mPosition(0)
     {
     }
 
@@ -156,7 +155,7 @@ private:
 
     QByteArray const mLine;
     QString& mError;
-    int mPosition;
+    int mPosition = 0;
 };
 
 /// Reads what is behind the name of a command.

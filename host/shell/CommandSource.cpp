@@ -34,10 +34,6 @@ private:
 
 } // namespace
 
-CommandSource::~CommandSource()
-{
-}
-
 void CommandSource::readLine(QByteArray const& line, Input& input)
 {
     input = Input();

@@ -23,7 +23,7 @@ public:
         QString error;
     };
 
-    virtual ~CommandSource();
+    virtual ~CommandSource() { }
 
     /// @return false at the end of the input.
     virtual bool next(Input& input) = 0;

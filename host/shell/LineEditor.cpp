@@ -88,8 +88,6 @@ LineEditor::LineEditor(char const* program, wchar_t const* prompt, QString const
     : mPrompt(prompt)
     , mHistoryFile(historyFile)
     , mCompleter(completer)
-    , mTabs(0)
-    , mIsDropped(false)
     , mLine(el_init(program, stdin, stderr, stderr))
     , mHistory(history_winit())
 {

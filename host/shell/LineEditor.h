@@ -59,8 +59,8 @@ private:
     QScopedPointer<QTextDecoder> mDecoder;
     QByteArray mInput;
     QVector<uint> mTyped;
-    int mTabs;
-    bool mIsDropped;
+    int mTabs = 0;
+    bool mIsDropped = false;
     editline* const mLine;
     historyW* const mHistory;
 };

@@ -13,7 +13,6 @@
 
 namespace {
 
-int const kDefaultTimeoutSeconds = 120;
 int const kLongestTimeoutSeconds = 24 * 60 * 60;
 
 char const* const kFile = "FILE";
@@ -72,16 +71,6 @@ void declareOptions(CLI::App& app, RawOptions& raw, Options& options)
 }
 
 } // namespace
-
-Options::Options()
-    : timeoutSeconds(kDefaultTimeoutSeconds)
-    , json(false)
-    , keepGoing(false)
-    , verbose(false)
-    , trace(false)
-    , echo(false)
-{
-}
 
 bool readOptions(int argc, char** argv, Options& options, int& exitStatus)
 {

@@ -8,18 +8,16 @@
 /// What the program was called with.
 struct Options
 {
-    Options();
-
     QStringList plugins;
     QString baseDir;
     QString registryFile;
     QStringList defaults;
-    int timeoutSeconds;
-    bool json;
-    bool keepGoing;
-    bool verbose;
-    bool trace;
-    bool echo;
+    int timeoutSeconds = 120;
+    bool json = false;
+    bool keepGoing = false;
+    bool verbose = false;
+    bool trace = false;
+    bool echo = false;
 
     /// The commands and what else follows the options, as one list.
     QStringList words;

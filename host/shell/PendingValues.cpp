@@ -10,11 +10,6 @@ typedef std::lock_guard<std::mutex> Guard;
 
 } // namespace
 
-void PendingValues::addPluginRoot(QString const& root)
-{
-    mPluginRoots.append(root);
-}
-
 void PendingValues::add(QString const& key, QString const& value)
 {
     Guard const guard(mMutex);

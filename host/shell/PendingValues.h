@@ -14,7 +14,7 @@ class PendingValues
 {
 public:
     /// The keys at or under `root` are a plugin's. Call before the first request.
-    void addPluginRoot(QString const& root);
+    void addPluginRoot(QString const& root) { mPluginRoots.append(root); }
 
     /// @param value  null for a key that is created.
     void add(QString const& key, QString const& value);

@@ -53,10 +53,6 @@ Json nodeObject(ReplyNode const& node)
 
 } // namespace
 
-Printer::~Printer()
-{
-}
-
 void TextPrinter::print(Command const& command, Reply const& reply)
 {
     QString const text = replyText(reply);

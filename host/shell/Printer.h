@@ -10,7 +10,7 @@ struct Reply;
 class Printer
 {
 public:
-    virtual ~Printer();
+    virtual ~Printer() { }
 
     virtual void print(Command const& command, Reply const& reply) = 0;
 };

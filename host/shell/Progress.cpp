@@ -20,7 +20,6 @@ char const* const kClearLine = "\r\033[K";
 
 Progress::Progress(QString const& subject)
     : mSubject(subject.toUtf8())
-    , mIsOver(false)
     , mThread(&Progress::show, this)
 {
 }

@@ -23,7 +23,7 @@ private:
     void show();
 
     QByteArray const mSubject;
-    bool mIsOver;
+    bool mIsOver = false;
     std::mutex mMutex;
     std::condition_variable mOver;
     std::thread mThread;

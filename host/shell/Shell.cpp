@@ -24,19 +24,7 @@ Reply badArguments(CommandRow const& row)
 
 Shell::Shell(TracedHost& host, Printer& printer, int timeoutSeconds)
     : mState {host, printer, timeoutSeconds, 0, false, false}
-    , mVerbose(false)
-    , mShowsProgress(false)
 {
-}
-
-void Shell::setVerbose(bool verbose)
-{
-    mVerbose = verbose;
-}
-
-void Shell::setProgressShown(bool isShown)
-{
-    mShowsProgress = isShown;
 }
 
 int Shell::execute(Command const& command)
@@ -60,16 +48,6 @@ int Shell::refuse(QString const& line, QString const& reason)
     mState.printer.print(command,
                          Reply(kUsageError, shownText(line) + QLatin1String(": ") + reason));
     return kUsageError;
-}
-
-bool Shell::isFinished() const
-{
-    return mState.isFinished;
-}
-
-bool Shell::hasUnfinishedApply() const
-{
-    return mState.hasUnfinishedApply;
 }
 
 Reply Shell::run(Command const& command)

@@ -14,10 +14,10 @@ public:
     Shell(TracedHost& host, Printer& printer, int timeoutSeconds);
 
     /// Says after each command, on standard error, what it answered and how long it took.
-    void setVerbose(bool verbose);
+    void setVerbose(bool verbose) { mVerbose = verbose; }
 
     /// Shows on the terminal that a command takes long. Not together with a trace.
-    void setProgressShown(bool isShown);
+    void setProgressShown(bool isShown) { mShowsProgress = isShown; }
 
     /// Carries out and prints one command.
     ///
@@ -30,10 +30,10 @@ public:
     int refuse(QString const& line, QString const& reason);
 
     /// Whether "quit" was among the commands.
-    bool isFinished() const;
+    bool isFinished() const { return mState.isFinished; }
 
     /// Whether an apply was given up and may still be using the host.
-    bool hasUnfinishedApply() const;
+    bool hasUnfinishedApply() const { return mState.hasUnfinishedApply; }
 
 private:
     Q_DISABLE_COPY(Shell)
@@ -42,6 +42,6 @@ private:
     Reply runRow(CommandRow const& row, QStringList const& arguments);
 
     ShellState mState;
-    bool mVerbose;
-    bool mShowsProgress;
+    bool mVerbose = false;
+    bool mShowsProgress = false;
 };

@@ -265,7 +265,6 @@ void Trace::announceOpenCalls()
 TracedCall::TracedCall(Trace& trace, TraceEvent::Kind kind, char const* operation,
                        QString const& subject)
     : mTrace(trace)
-    , mCode(0)
 {
     mTrace.begin(kind, QLatin1String(operation), subject);
 }

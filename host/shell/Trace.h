@@ -135,5 +135,5 @@ private:
     Q_DISABLE_COPY(TracedCall)
 
     Trace& mTrace;
-    int mCode;
+    int mCode = 0;
 };

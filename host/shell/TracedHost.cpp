@@ -19,16 +19,6 @@ TracedHost::TracedHost(Vantora& host, Trace& trace)
 {
 }
 
-Trace& TracedHost::trace() const
-{
-    return mTrace;
-}
-
-PendingValues& TracedHost::pending()
-{
-    return mPending;
-}
-
 int TracedHost::set(QString const& key, QString const& value, _RegEntryParam const& param)
 {
     TracedCall call(mTrace, kCall, "set", key);

@@ -18,8 +18,8 @@ public:
     /// Both outlive this object.
     TracedHost(Vantora& host, Trace& trace);
 
-    Trace& trace() const;
-    PendingValues& pending();
+    Trace& trace() const { return mTrace; }
+    PendingValues& pending() { return mPending; }
 
     using Vantora::get;
 

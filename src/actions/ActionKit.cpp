@@ -40,11 +40,6 @@ void ActionKit::init(Vantora& backend, QDir const& wrappersDir)
     smInstance = new ActionKit(backend, wrappersDir);
 }
 
-ActionKit* ActionKit::instance()
-{
-    return smInstance;
-}
-
 IActivityObserver* ActionKit::sObserver()
 {
     ActionKit const* const kit = smInstance;
@@ -80,23 +75,8 @@ ActionKit::ActionKit(Vantora& backend, QDir wrappersDir)
                        new RegistryCommitAction(QString()),
                        new DefaultApplyAction}
     , mObserver(nullptr)
-    , mRequest(nullptr)
     , mRequestThread(std::thread::id())
 {
-}
-
-ActionKit::~ActionKit()
-{
-}
-
-Vantora* ActionKit::vantoraBackend()
-{
-    return &mBackend;
-}
-
-QDir const& ActionKit::wrappersDirectory() const
-{
-    return mWrappersDir;
 }
 
 void ActionKit::registerIsVisibleAction(QString const& viewKey, IConfigAction* action)
@@ -297,21 +277,6 @@ QString ActionKit::resolveUuid(QString const& concretePath, QString const& regis
             component = uuid;
     }
     return components.join(QString(kSeparator));
-}
-
-void ActionKit::pushApplyThreadPool(QThreadPool* pool)
-{
-    mApplyThreadPools.push(pool);
-}
-
-QThreadPool* ActionKit::topApplyTreadPool()
-{
-    return mApplyThreadPools.top();
-}
-
-QThreadPool* ActionKit::popApplyThreadPool()
-{
-    return mApplyThreadPools.pop();
 }
 
 void ActionKit::registerAction(Action_t op, QString const& viewKey, IConfigAction* action)

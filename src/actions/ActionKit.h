@@ -50,7 +50,7 @@ public:
     static void init(Vantora& backend, QDir const& wrappersDir);
 
     /// Null before `init`.
-    static ActionKit* instance();
+    static ActionKit* instance() { return smInstance; }
 
     /// Who is told of what is done; null when nobody is, as it is of a new kit, and then nothing is
     /// measured or kept either. From any thread, before `init` too.
@@ -69,12 +69,12 @@ public:
 
     /// @param backend  must outlive the kit.
     ActionKit(Vantora& backend, QDir wrappersDir);
-    virtual ~ActionKit();
+    virtual ~ActionKit() { }
 
-    Vantora* vantoraBackend();
+    Vantora* vantoraBackend() { return &mBackend; }
 
     /// Holds the wrapper scripts, in folders named like the keys.
-    QDir const& wrappersDirectory() const;
+    QDir const& wrappersDirectory() const { return mWrappersDir; }
 
     // Each registers `action` for one operation on `viewKey`, in place of an earlier one. With a
     // null action the operation has none, whatever setting classes and defaults offer.
@@ -153,9 +153,9 @@ public:
 
     // The pools of the apply requests under way, the latest on top. Looking at the top and popping
     // need a pushed pool. "Tread" is the platform's name, kept as it is.
-    void pushApplyThreadPool(QThreadPool* pool);
-    QThreadPool* topApplyTreadPool();
-    QThreadPool* popApplyThreadPool();
+    void pushApplyThreadPool(QThreadPool* pool) { mApplyThreadPools.push(pool); }
+    QThreadPool* topApplyTreadPool() { return mApplyThreadPools.top(); }
+    QThreadPool* popApplyThreadPool() { return mApplyThreadPools.pop(); }
 
 private:
     Q_DISABLE_COPY(ActionKit)
@@ -180,6 +180,6 @@ private:
     QMap<QString, QStringList> mViewKeys; // by registry key
     std::atomic<IActivityObserver*> mObserver;
     // Touched by the thread that serves it alone.
-    RequestContext* mRequest;
+    RequestContext* mRequest = nullptr;
     std::atomic<std::thread::id> mRequestThread;
 };

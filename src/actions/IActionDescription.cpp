@@ -7,16 +7,6 @@
 #include "actions/registry/EnvironmentFile.h"
 #include "tree/IConfigEntry.h"
 
-ActionDescription::ActionDescription()
-    : className("")
-    , backEnd(nullptr)
-    , runsScript(false)
-    , readsEnvironmentFile(false)
-    , readsTargets(false)
-    , takesWaitingValue(false)
-{
-}
-
 ActionDescription DescribedAction::describe(IConfigEntry const&) const
 {
     return mDescription;

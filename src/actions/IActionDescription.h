@@ -21,17 +21,14 @@ struct BackEnd
     char const* source;
 };
 
-/// What an action is.
+/// What an action is; at first that of no action, where nothing does any work.
 struct ActionDescription
 {
-    /// Of no action: nothing does any work.
-    ActionDescription();
-
     /// Empty for an action that does not describe itself.
-    char const* className;
+    char const* className = "";
 
     /// Null where nothing works behind the scripts; in particular where nothing can be written.
-    BackEnd const* backEnd;
+    BackEnd const* backEnd = nullptr;
 
     /// The registry keys behind it, "{UUID}" standing for a session or a display profile.
     QStringList registryKeys;
@@ -40,17 +37,17 @@ struct ActionDescription
     QStringList files;
 
     /// Whether it looks for a script first.
-    bool runsScript;
+    bool runsScript = false;
 
     /// Whether it gives the script the variables of the operation's environment file.
-    bool readsEnvironmentFile;
+    bool readsEnvironmentFile = false;
 
     /// Whether "REG_SET" lines of "set.env" take the place of its registry keys.
-    bool readsTargets;
+    bool readsTargets = false;
 
     /// Whether its back end is given the value that was set, which waits in the plugin, at the
     /// commit. The registry has got it by then.
-    bool takesWaitingValue;
+    bool takesWaitingValue = false;
 };
 
 /// An action that tells what it is. It stands beside IConfigAction, whose slots are the platform's,

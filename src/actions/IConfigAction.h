@@ -9,7 +9,7 @@ class QVariant;
 class IConfigAction
 {
 public:
-    virtual ~IConfigAction();
+    virtual ~IConfigAction() { }
 
     /// Does the action's work for `entry`.
     ///

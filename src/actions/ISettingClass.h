@@ -23,7 +23,7 @@ public:
         ACTION_APPLY
     };
 
-    virtual ~ISettingClass();
+    virtual ~ISettingClass() { }
 
     virtual IConfigAction* isVisibleAction(QString const& key) const = 0;
     virtual IConfigAction* valueAction(QString const& key) const = 0;

@@ -34,10 +34,6 @@ QStringList keysToCommit(IConfigEntry const& entry)
 
 } // namespace
 
-PendingKeys::PendingKeys()
-{
-}
-
 PendingKeys PendingKeys::sAsk()
 {
     PendingKeys pending;

@@ -11,13 +11,10 @@
 class IConfigEntry;
 
 /// What the backend holds pending, as it was when the object was made, seen from the keys of the
-/// view. Host thread only.
+/// view; nothing when it was made without asking. Host thread only.
 class PendingKeys
 {
 public:
-    /// Nothing is pending.
-    PendingKeys();
-
     /// Asks the kit's backend; one that cannot tell has nothing pending.
     static PendingKeys sAsk();
 

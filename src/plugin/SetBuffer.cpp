@@ -20,11 +20,6 @@ void commitAlone(IConfigEntry& entry)
 
 } // namespace
 
-SetBuffer::SetBuffer()
-    : mTree(nullptr)
-{
-}
-
 SetBuffer::~SetBuffer()
 {
     clear();
@@ -57,11 +52,6 @@ IConfigEntry* SetBuffer::add(ConfigTree const& found, QString const& key)
     IConfigEntry* const added = entry(key);
     mRefused.remove(added);
     return added;
-}
-
-void SetBuffer::markAsCreated(IConfigEntry const& entry)
-{
-    mCreated.insert(&entry);
 }
 
 void SetBuffer::undoCreation(QString const& key)

@@ -25,7 +25,7 @@ class Registry;
 class SetBuffer
 {
 public:
-    SetBuffer();
+    SetBuffer() { }
     ~SetBuffer();
 
     /// The tree, made on first use; it stays the buffer's.
@@ -41,7 +41,7 @@ public:
     IConfigEntry* add(ConfigTree const& found, QString const& key);
 
     /// The entry has been created: it waits for its commit though nothing may be set in it.
-    void markAsCreated(IConfigEntry const& entry);
+    void markAsCreated(IConfigEntry const& entry) { mCreated.insert(&entry); }
 
     /// Forgets a creation that was not committed, with all that was set in it. Others stay.
     void undoCreation(QString const& key);
@@ -82,7 +82,7 @@ private:
     void takeOut(IConfigEntry& entry, PendingKeys const& kept);
     void takeApart(IConfigEntry& entry, PendingKeys const& kept);
 
-    ConfigTree* mTree;
+    ConfigTree* mTree = nullptr;
     QSet<IConfigEntry const*> mCreated;
     QSet<IConfigEntry*> mRefused;
     QList<IConfigEntry*> mTakenOut;

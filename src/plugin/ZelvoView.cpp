@@ -279,11 +279,6 @@ ConfigTree* ZelvoView::setBuffer()
     return mSetBuffer.tree(rootDir());
 }
 
-void ZelvoView::deleteSetBuffer()
-{
-    mSetBuffer.clear();
-}
-
 IConfigEntry* ZelvoView::handler(ConfigTree& tree, QString const& key) const
 {
     return tree.handlesKey(generalisedPath(key), getDefaultSettings());

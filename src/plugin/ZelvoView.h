@@ -81,7 +81,7 @@ public:
 
     /// What was set or created and not committed, made on first use; it stays the plugin's.
     ConfigTree* setBuffer();
-    void deleteSetBuffer();
+    void deleteSetBuffer() { mSetBuffer.clear(); }
 
 private:
     Q_DISABLE_COPY(ZelvoView)

@@ -17,13 +17,7 @@ int const kUsualLength = 96;
 AbstractConfigEntry::AbstractConfigEntry(QString const& name, IConfigEntry* parent)
     : mParent(parent)
     , mName(name)
-    , mState(ENTRY_IDLE)
 {
-}
-
-IConfigEntry* AbstractConfigEntry::parent() const
-{
-    return mParent;
 }
 
 void AbstractConfigEntry::setParent(IConfigEntry* parent)
@@ -56,24 +50,9 @@ bool AbstractConfigEntry::isVisible() const
     return !mParent || mParent->isVisible();
 }
 
-QString AbstractConfigEntry::name() const
-{
-    return mName;
-}
-
 void AbstractConfigEntry::setName(QString const& name)
 {
     mName = name;
     if (ConfigBranch* const branch = dynamic_cast<ConfigBranch*>(mParent))
         branch->childRenamed(*this);
-}
-
-IConfigEntry::entry_state_t AbstractConfigEntry::state() const
-{
-    return mState;
-}
-
-void AbstractConfigEntry::setState(entry_state_t state)
-{
-    mState = state;
 }

@@ -14,13 +14,13 @@ public:
     /// as the last step of their construction.
     AbstractConfigEntry(QString const& name, IConfigEntry* parent);
 
-    IConfigEntry* parent() const override;
+    IConfigEntry* parent() const override { return mParent; }
     void setParent(IConfigEntry* parent) override;
     QString path() const override;
     bool isVisible() const override;
-    QString name() const override;
-    entry_state_t state() const override;
-    void setState(entry_state_t state) override;
+    QString name() const override { return mName; }
+    entry_state_t state() const override { return mState; }
+    void setState(entry_state_t state) override { mState = state; }
 
     /// Renames the entry where it stands. The parent is not searched for another child of that
     /// name.
@@ -31,5 +31,5 @@ private:
 
     IConfigEntry* mParent;
     QString mName;
-    entry_state_t mState;
+    entry_state_t mState = ENTRY_IDLE;
 };

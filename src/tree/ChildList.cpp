@@ -11,20 +11,6 @@ int const kIndexedLength = 32;
 
 } // namespace
 
-ChildList::ChildList()
-    : mGaps(0)
-{
-}
-
-ChildList::~ChildList()
-{
-}
-
-bool ChildList::isEmpty() const
-{
-    return mEntries.size() == mGaps;
-}
-
 QList<IConfigEntry*> const& ChildList::entries() const
 {
     if (mGaps > 0)

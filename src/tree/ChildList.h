@@ -16,10 +16,9 @@ class IConfigEntry;
 class ChildList
 {
 public:
-    ChildList();
-    ~ChildList();
+    ChildList() { }
 
-    bool isEmpty() const;
+    bool isEmpty() const { return mEntries.size() == mGaps; }
 
     /// All children, in the order in which they were appended.
     QList<IConfigEntry*> const& entries() const;
@@ -59,6 +58,6 @@ private:
     // An indexed list leaves a null where a child was removed, so that the positions of the others
     // stay; the gaps are closed when somebody looks, or when half the list is gaps.
     mutable QList<IConfigEntry*> mEntries;
-    mutable int mGaps;
+    mutable int mGaps = 0;
     QScopedPointer<Index> mIndex;
 };

@@ -37,11 +37,6 @@ bool ConfigBranch::addChild(IConfigEntry* child)
     return true;
 }
 
-IConfigEntry* ConfigBranch::child(QString const& name) const
-{
-    return mChildren.find(name);
-}
-
 void ConfigBranch::del()
 {
     run(ENTRY_DELETING, &IConfigEntry::del, &ActionKit::delAction);
@@ -65,11 +60,6 @@ IConfigEntry* ConfigBranch::clone()
         copy->addChild(child->clone());
     setState(ENTRY_IDLE);
     return copy;
-}
-
-QList<IConfigEntry*> const& ConfigBranch::children() const
-{
-    return mChildren.entries();
 }
 
 ConfigBranch* ConfigBranch::branch(QString const& name)
@@ -107,11 +97,6 @@ void ConfigBranch::deleteChildren()
 
 void ConfigBranch::validateDescendants()
 {
-}
-
-bool ConfigBranch::hasChildren() const
-{
-    return !mChildren.isEmpty();
 }
 
 void ConfigBranch::childRenamed(IConfigEntry& child)

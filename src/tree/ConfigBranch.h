@@ -20,14 +20,14 @@ public:
     ~ConfigBranch() override;
 
     bool addChild(IConfigEntry* child) override;
-    IConfigEntry* child(QString const& name) const override;
+    IConfigEntry* child(QString const& name) const override { return mChildren.find(name); }
     void del() override;
     void commit() override;
     void apply() override;
     IConfigEntry* clone() override;
 
     /// The children in order; they stay the branch's.
-    virtual QList<IConfigEntry*> const& children() const;
+    virtual QList<IConfigEntry*> const& children() const { return mChildren.entries(); }
 
     /// The first child branch of that name, made when there is none; a key of that name is then
     /// replaced, and deleted.
@@ -44,7 +44,7 @@ public:
     /// descendants up to date here. Does nothing: the platform's slot, kept as it is.
     virtual void validateDescendants();
 
-    bool hasChildren() const;
+    bool hasChildren() const { return !mChildren.isEmpty(); }
     void deleteChildren();
 
 private:

@@ -120,15 +120,6 @@ ConfigTree::ConfigTree(KeyPath const& root)
 {
 }
 
-ConfigTree::~ConfigTree()
-{
-}
-
-QString ConfigTree::rootDir() const
-{
-    return mRoot.toString();
-}
-
 IConfigEntry* ConfigTree::entry(QString const& key) const
 {
     if (!mRoot.isRootOf(key))

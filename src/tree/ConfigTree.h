@@ -19,10 +19,10 @@ class ConfigTree : public ConfigBranch
 {
 public:
     explicit ConfigTree(KeyPath const& root);
-    ~ConfigTree() override;
+    ~ConfigTree() override { }
 
     /// The root path, as given.
-    QString rootDir() const;
+    QString rootDir() const { return mRoot.toString(); }
 
     /// The entry of a full key; the tree itself for its root, null for a key that the tree does not
     /// hold. It stays the tree's.

@@ -18,7 +18,7 @@ public:
         ENTRY_CLONING
     };
 
-    virtual ~IConfigEntry();
+    virtual ~IConfigEntry() { }
 
     /// The entry above; null at the top of a tree.
     virtual IConfigEntry* parent() const = 0;

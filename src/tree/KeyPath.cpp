@@ -8,14 +8,6 @@ QChar const kSeparator = QLatin1Char('/');
 
 } // namespace
 
-KeyPath::KeyPath()
-{
-}
-
-KeyPath::~KeyPath()
-{
-}
-
 KeyPath::KeyPath(QString const& path)
     : mPath(path)
 {

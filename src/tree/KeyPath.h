@@ -11,8 +11,8 @@
 class KeyPath
 {
 public:
-    KeyPath();
-    virtual ~KeyPath();
+    KeyPath() { }
+    virtual ~KeyPath() { }
 
     // Not explicit, on purpose: wherever a path is wanted, its text will do.
     // NOLINTBEGIN(google-explicit-constructor)

@@ -87,7 +87,6 @@ NMConfFile::DefaultValue const NMConfFile::smDefaultValues[] = {
 
 NMConfFile::NMConfFile(QString const& path)
     : mFile(new QFile(path))
-    , mIsRead(true)
 {
     if (isMissing(path))
         loadDefaultConfig();

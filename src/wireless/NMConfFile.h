@@ -98,6 +98,6 @@ private:
 
     QScopedPointer<QFile> mFile;
     // Whether the groups hold all that the file did.
-    bool mIsRead;
+    bool mIsRead = true;
     QMap<QString, QVariant> mGroups[GroupCount];
 };

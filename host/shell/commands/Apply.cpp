@@ -174,11 +174,6 @@ bool ApplyWait::wait(int timeoutSeconds)
     return isInTime && mFailure.isEmpty();
 }
 
-QString ApplyWait::failure() const
-{
-    return mFailure;
-}
-
 Reply Commands::apply(ShellState& shell, QStringList const& arguments)
 {
     QString const command = announceApply(shell);

@@ -25,7 +25,7 @@ public:
     bool wait(int timeoutSeconds);
 
     /// Why the last wait could not be carried out; empty when it could.
-    QString failure() const;
+    QString failure() const { return mFailure; }
 
 private:
     Q_DISABLE_COPY(ApplyWait)

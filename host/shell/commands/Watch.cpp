@@ -55,11 +55,6 @@ KeyWatch::KeyWatch(Vantora& host, QString const& key)
 {
 }
 
-int KeyWatch::code() const
-{
-    return mCode;
-}
-
 int KeyWatch::look(Answer& answer) const
 {
     return mHost.get(mKey, answer, REG_PARAM_VALUE, QString::fromLatin1(""));

@@ -18,7 +18,7 @@ public:
     KeyWatch(Vantora& host, QString const& key);
 
     /// The result code of the first look.
-    int code() const;
+    int code() const { return mCode; }
 
     /// Looks again.
     ///

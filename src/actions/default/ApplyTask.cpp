@@ -49,10 +49,6 @@ ApplyTask::ApplyTask(QFileInfo const& script)
 {
 }
 
-ApplyTask::~ApplyTask()
-{
-}
-
 void ApplyTask::run()
 {
     QString const requestFile = createRequestFile();

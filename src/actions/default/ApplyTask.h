@@ -14,7 +14,7 @@ public:
     explicit ApplyTask(QFileInfo const& script);
 
     void run() override;
-    ~ApplyTask() override;
+    ~ApplyTask() override { }
 
 private:
     Q_DISABLE_COPY(ApplyTask)

@@ -37,8 +37,7 @@ qint64 changeMs(struct stat const& status)
 } // namespace
 
 HandOverFile::HandOverFile()
-    : mExists(true)
-    , mDescriptor(kNone)
+    : mDescriptor(kNone)
 {
     open();
     if (!hasNoOtherName())
@@ -92,11 +91,6 @@ void HandOverFile::close()
     if (mDescriptor != kNone)
         ::close(mDescriptor);
     mDescriptor = kNone;
-}
-
-bool HandOverFile::exists() const
-{
-    return mExists;
 }
 
 bool HandOverFile::read(QString& command) const

@@ -21,7 +21,7 @@ public:
     ~HandOverFile();
 
     /// Whether there was anything of that name, of whatever kind.
-    bool exists() const;
+    bool exists() const { return mExists; }
 
     /// Reads the command that waits in the file: its first line up to the first ":", trimmed.
     ///
@@ -40,6 +40,6 @@ private:
     bool hasNoOtherName() const;
     void close();
 
-    bool mExists;
+    bool mExists = true;
     int mDescriptor;
 };

@@ -27,8 +27,6 @@ RequestContext::RequestContext(Operation operation, QString const& key)
     : mOperation(operation)
     , mKey(key)
     , mAround(ActionKit::sRequest())
-    , mIsAreaMissing(false)
-    , mIsAnsweredByScript(false)
 {
     ActionKit::sSetRequest(this);
 }

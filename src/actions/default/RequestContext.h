@@ -51,6 +51,6 @@ private:
     RequestContext* const mAround;
     // The area that was asked about last; null when there is none.
     QString mArea;
-    bool mIsAreaMissing;
-    bool mIsAnsweredByScript;
+    bool mIsAreaMissing = false;
+    bool mIsAnsweredByScript = false;
 };

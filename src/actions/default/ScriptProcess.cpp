@@ -15,7 +15,6 @@
 #include <unistd.h>
 
 ScriptProcess::ScriptProcess()
-    : mStartError(nullptr)
 {
     void* const shared = ::mmap(nullptr, sizeof(*mStartError), PROT_READ | PROT_WRITE,
                                 MAP_SHARED | MAP_ANONYMOUS, -1, 0);

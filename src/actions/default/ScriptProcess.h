@@ -60,6 +60,6 @@ private:
     ProgramTexts mArguments;
     ProgramTexts mEnvironment;
     // Shared with the child: why it could not become the script. Null when there was no memory.
-    int* mStartError;
+    int* mStartError = nullptr;
     QByteArray mErrorOutput;
 };

@@ -81,14 +81,8 @@ QString Wrapper::find(QString const& viewKey, char const* fileName)
 Wrapper::Wrapper(QString const& script, Output output)
     : mScript(script)
     , mOutput(output)
-    , mObserver(nullptr)
 {
     mProcess.setWorkingDirectory(QFileInfo(script).absolutePath());
-}
-
-void Wrapper::setEnvironment(QStringList const& lines)
-{
-    mProcess.setEnvironment(lines);
 }
 
 bool Wrapper::run()

@@ -83,7 +83,7 @@ public:
     /// Replaces the environment, which is otherwise inherited.
     ///
     /// @param lines  a variable's name, "=" and its value each.
-    void setEnvironment(QStringList const& lines);
+    void setEnvironment(QStringList const& lines) { mProcess.setEnvironment(lines); }
 
     /// Runs the script without arguments. Its path is read as a command line: with a blank in it
     /// the script is not found.
@@ -115,6 +115,6 @@ private:
     Output mOutput;
     ScriptProcess mProcess;
     // Null when nobody was there at the start.
-    IActivityObserver* mObserver;
+    IActivityObserver* mObserver = nullptr;
     Clock::time_point mStart;
 };

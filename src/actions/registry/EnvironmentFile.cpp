@@ -16,7 +16,6 @@ bool EnvironmentDeclaration::isTarget() const
 
 EnvironmentFileReader::EnvironmentFileReader(QString const& fileName)
     : mFile(fileName)
-    , mEquals(-1)
 {
     // One that cannot be opened reads as one without lines.
     static_cast<void>(openRegularFile(mFile, QIODevice::ReadOnly));
@@ -34,11 +33,6 @@ bool EnvironmentFileReader::next()
     mText = latin1UpToNul(mBytes).trimmed();
     mEquals = mText.indexOf(QLatin1Char('='));
     return true;
-}
-
-bool EnvironmentFileReader::isDeclaration() const
-{
-    return mEquals > 0;
 }
 
 EnvironmentDeclaration EnvironmentFileReader::declaration() const

@@ -42,7 +42,7 @@ public:
     /// The current line as it stands in the file, its end included.
     QByteArray bytes() const { return mBytes; }
 
-    bool isDeclaration() const;
+    bool isDeclaration() const { return mEquals > 0; }
 
     /// Of a line that is one.
     EnvironmentDeclaration declaration() const;
@@ -53,7 +53,7 @@ private:
     QFile mFile;
     QByteArray mBytes;
     QString mText;
-    int mEquals;
+    int mEquals = -1;
 };
 
 /// The declarations of an environment file, in order.

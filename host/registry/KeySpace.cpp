@@ -1,7 +1,0 @@
-// SPDX-License-Identifier: MIT
-
-#include "registry/KeySpace.h"
-
-KeySpace::~KeySpace()
-{
-}

@@ -1,7 +1,0 @@
-// SPDX-License-Identifier: MIT
-
-#include "actions/IConfigAction.h"
-
-IConfigAction::~IConfigAction()
-{
-}

@@ -1,7 +1,0 @@
-// SPDX-License-Identifier: MIT
-
-#include "tree/IConfigEntry.h"
-
-IConfigEntry::~IConfigEntry()
-{
-}
