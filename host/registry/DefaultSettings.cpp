@@ -14,15 +14,6 @@
 
 namespace {
 
-DefaultNode const* findDeclaration(DefaultNode const& top, QString const& key)
-{
-    DefaultNode const* node = &top;
-    KeyPieces pieces(key);
-    while (node && pieces.next())
-        node = node->child(pieces.piece());
-    return node;
-}
-
 Reg::Node* makeNode(DefaultNode const& declaration, QString const& key)
 {
     if (!declaration.isValue())
@@ -78,7 +69,7 @@ bool DefaultSettings::load(QString const& directory, QString& error)
 
 int DefaultSettings::query(QString const& key, Reg::NodeSet& nodes, QString const&)
 {
-    DefaultNode const* const node = findDeclaration(*mTop, key);
+    DefaultNode const* const node = findNode(*mTop, key);
     if (!node)
         return kRefused;
     if (node->isValue()) {

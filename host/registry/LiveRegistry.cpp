@@ -318,10 +318,7 @@ Place LiveRegistry::find(QString const& key) const
 
 bool LiveRegistry::isLiveSession(QString const& key) const
 {
-    LiveNode const* node = &mLive.top();
-    KeyPieces pieces(key);
-    while (node && pieces.next())
-        node = node->child(pieces.piece());
+    LiveNode const* const node = findNode(mLive.top(), key);
     return node && node->isSession();
 }
 

@@ -63,11 +63,7 @@ void LiveTree::apply(LiveChange const& change)
 LiveChanges LiveTree::stored(QString const& key) const
 {
     LiveChanges changes;
-    LiveNode const* node = &mTop;
-    KeyPieces pieces(key);
-    while (node && pieces.next())
-        node = node->child(pieces.piece());
-    if (node)
+    if (LiveNode const* const node = findNode(mTop, key))
         node->describe(key, changes);
     return changes;
 }

@@ -59,19 +59,10 @@ bool RegistryImport::findPlaceFor(QString const& key, QString const& name, Place
                                   QString& error) const
 {
     place = findPlace(mDeclarations, mLive, key);
-    bool const isKnown = place.declaration && !place.isTemplate && !isForeign(key);
+    bool const isKnown = place.declaration && !place.isTemplate && !isAtOrUnderOneOf(key, mForeign);
     if (!isKnown || name.contains(QLatin1Char('/')))
         return refuse(error, "\"%1\" is unknown", key);
     return true;
-}
-
-bool RegistryImport::isForeign(QString const& key) const
-{
-    for (QString const& root : mForeign) {
-        if (isAtOrUnder(key, root))
-            return true;
-    }
-    return false;
 }
 
 void RegistryImport::createSession(QString const& key)

@@ -40,7 +40,6 @@ private:
 
     QString keyFor(QString const& name) const;
     bool findPlaceFor(QString const& key, QString const& name, Place& place, QString& error) const;
-    bool isForeign(QString const& key) const;
     void createSession(QString const& key);
 
     DefaultNode const& mDeclarations;

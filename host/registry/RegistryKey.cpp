@@ -20,6 +20,15 @@ bool isAtOrUnder(QString const& key, QString const& root)
     return key.size() == root.size() || key.at(root.size()) == kSeparator;
 }
 
+bool isAtOrUnderOneOf(QString const& key, QStringList const& roots)
+{
+    for (QString const& root : roots) {
+        if (isAtOrUnder(key, root))
+            return true;
+    }
+    return false;
+}
+
 QString childKey(QString const& directory, QString const& name)
 {
     return directory + kSeparator + name;

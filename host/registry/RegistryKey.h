@@ -3,10 +3,14 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 
 /// True when `key` is `root` or lies under it. The text decides: nothing is normalised. A plugin,
 /// which sees nothing of the host, says it for itself.
 bool isAtOrUnder(QString const& key, QString const& root);
+
+/// The same for one of several roots.
+bool isAtOrUnderOneOf(QString const& key, QStringList const& roots);
 
 /// The key of the child `name` of `directory`.
 QString childKey(QString const& directory, QString const& name);
@@ -43,3 +47,13 @@ private:
     int mBegin = 0;
     int mEnd = -1;
 };
+
+/// The node of a key in the tree under `top`; null when the tree does not go that far.
+template <typename Node> Node const* findNode(Node const& top, QString const& key)
+{
+    Node const* node = &top;
+    KeyPieces pieces(key);
+    while (node && pieces.next())
+        node = node->child(pieces.piece());
+    return node;
+}

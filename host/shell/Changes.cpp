@@ -6,12 +6,6 @@
 #include "shell/Printer.h"
 #include "shell/TracedHost.h"
 
-namespace {
-
-typedef QMap<QString, PendingOutcome> Outcomes;
-
-} // namespace
-
 QString PendingOutcome::text() const
 {
     if (!value.isNull())
@@ -26,7 +20,7 @@ QString PendingOutcome::text() const
     }
 }
 
-Outcomes pendingOutcomes(TracedHost& host, QString const& key)
+QMap<QString, PendingOutcome> pendingOutcomes(TracedHost& host, QString const& key)
 {
     QMap<QString, _RegEntryChange> changes;
     static_cast<void>(host.changes(changes)); // never fails
@@ -38,12 +32,11 @@ Outcomes pendingOutcomes(TracedHost& host, QString const& key)
                            values.value(pendingKey).isNull() ? REG_CHANGE_CREATED
                                                              : REG_CHANGE_MODIFIED);
     }
-    Outcomes outcomes;
-    QMap<QString, _RegEntryChange>::const_iterator change = changes.constBegin();
-    for (; change != changes.constEnd(); ++change) {
-        PendingOutcome const outcome = {change.value(), values.value(change.key())};
-        if (key.isEmpty() || isAtOrUnder(change.key(), key))
-            outcomes.insert(change.key(), outcome);
+    QMap<QString, PendingOutcome> outcomes;
+    for (QString const& changed : changes.keys()) {
+        PendingOutcome const outcome = {changes.value(changed), values.value(changed)};
+        if (key.isEmpty() || isAtOrUnder(changed, key))
+            outcomes.insert(changed, outcome);
     }
     return outcomes;
 }

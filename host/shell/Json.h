@@ -8,6 +8,8 @@
 
 #include <nlohmann/json.hpp>
 
+struct TraceEvent;
+
 // Of an object the members stay in the order in which they were put in.
 typedef nlohmann::ordered_json Json;
 
@@ -22,3 +24,6 @@ inline QString jsonText(Json const& object)
 {
     return QString::fromUtf8(object.dump(-1, ' ', false, Json::error_handler_t::replace).c_str());
 }
+
+/// An event for a program.
+Json traceObject(TraceEvent const& event);

@@ -4,19 +4,17 @@
 
 #include "registry/RegistryKey.h"
 
-namespace {
+#include <vantora/vantora.h>
 
-char const* const kKeySpaces[] = {"root", "tmp"};
-
-} // namespace
+int lookUp(Vantora& host, QString const& key, Listing& answer)
+{
+    return host.get(key, answer, REG_PARAM_VALUE, QString::fromLatin1(""));
+}
 
 QString fullKey(QString const& typed)
 {
-    for (char const* const space : kKeySpaces) {
-        if (isAtOrUnder(typed, QLatin1String(space)))
-            return typed;
-    }
-    return QLatin1String("root/") + typed;
+    QStringList const keySpaces = QStringList() << QLatin1String("root") << QLatin1String("tmp");
+    return isAtOrUnderOneOf(typed, keySpaces) ? typed : QLatin1String("root/") + typed;
 }
 
 QString ownName(QString const& key)
@@ -36,7 +34,7 @@ QString shownName(QString const& key, _RegNodeType type)
     }
 }
 
-bool isOneValue(QMap<QString, _RegNodeType> const& answer)
+bool isOneValue(Listing const& answer)
 {
     return answer.size() == 1
         && (answer.constBegin().value() == REG_NODE_VALUE

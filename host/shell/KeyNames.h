@@ -7,6 +7,16 @@
 #include <QMap>
 #include <QString>
 
+class Vantora;
+
+/// What a key answers: a value, or the full keys of its children.
+typedef QMap<QString, _RegNodeType> Listing;
+
+/// Asks for the value or the children of a full key.
+///
+/// @return the result code.
+int lookUp(Vantora& host, QString const& key, Listing& answer);
+
 /// The full key: with "root/" in front unless it lies in one of the two key spaces already.
 QString fullKey(QString const& typed);
 
@@ -18,4 +28,4 @@ QString ownName(QString const& key);
 QString shownName(QString const& key, _RegNodeType type);
 
 /// Whether an answer is a value, or the default that stands in for one.
-bool isOneValue(QMap<QString, _RegNodeType> const& answer);
+bool isOneValue(Listing const& answer);

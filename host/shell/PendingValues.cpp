@@ -53,9 +53,5 @@ QStringList PendingValues::keysUnder(QString const& key) const
 
 bool PendingValues::isPlugins(QString const& key) const
 {
-    for (QString const& root : mPluginRoots) {
-        if (isAtOrUnder(key, root))
-            return true;
-    }
-    return false;
+    return isAtOrUnderOneOf(key, mPluginRoots);
 }

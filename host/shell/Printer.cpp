@@ -4,7 +4,6 @@
 
 #include "shell/Json.h"
 #include "shell/ReplyText.h"
-#include "shell/TraceJson.h"
 
 #include <cstdio>
 

@@ -5,10 +5,7 @@
 #include "shell/KeyNames.h"
 #include "shell/commands/Commands.h"
 
-#include <vantora/vantora.h>
-
 #include <QDir>
-#include <QMap>
 
 namespace {
 
@@ -33,13 +30,12 @@ QStringList keysIn(Vantora& host, QString const& directory)
     QString key = directory.isEmpty() ? QString::fromLatin1("root") : fullKey(directory);
     if (key.endsWith(QLatin1Char('/')))
         key.chop(1);
-    QMap<QString, _RegNodeType> result;
-    static_cast<void>(host.get(key, result, REG_PARAM_VALUE, QString::fromLatin1("")));
+    Listing answer;
+    static_cast<void>(lookUp(host, key, answer));
     QStringList keys;
-    QMap<QString, _RegNodeType>::const_iterator node = result.constBegin();
-    for (; node != result.constEnd(); ++node) {
-        if (node.value() == REG_NODE_DIR || node.value() == REG_NODE_KEY)
-            keys.append(directory + shownName(node.key(), node.value()));
+    for (QString const& child : answer.keys()) {
+        if (answer.value(child) == REG_NODE_DIR || answer.value(child) == REG_NODE_KEY)
+            keys.append(directory + shownName(child, answer.value(child)));
     }
     return keys;
 }

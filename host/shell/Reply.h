@@ -7,6 +7,7 @@
 #include <vantora/types.h>
 
 #include <QList>
+#include <QMap>
 #include <QString>
 #include <QStringList>
 
@@ -66,6 +67,13 @@ struct Reply
     void addNode(QString const& nodeKey, int type, QString const& value = QString())
     {
         nodes.append({nodeKey, type, value, QString(), 0, QString(), QString()});
+    }
+
+    /// @param types  by key.
+    template <typename Type> void addNodes(QMap<QString, Type> const& types)
+    {
+        for (QString const& nodeKey : types.keys())
+            addNode(nodeKey, types.value(nodeKey));
     }
 
     /// Whether a listing is a value, or the default that stands in for one.

@@ -2,7 +2,6 @@
 
 #include "shell/ReplyText.h"
 
-#include "shell/ApplyReport.h"
 #include "shell/Changes.h"
 #include "shell/KeyNames.h"
 #include "shell/Printer.h"
@@ -19,6 +18,8 @@ char const* const kBranch = "├── ";
 char const* const kLastBranch = "└── ";
 char const* const kLine = "│   ";
 char const* const kNoLine = "    ";
+
+int const kMostErrorLines = 10;
 
 QString inLines(QStringList const& lines)
 {
@@ -114,6 +115,52 @@ QString tree(Reply const& reply)
     }
     lines.prepend(reply.key + QLatin1Char('/'));
     return inLines(lines);
+}
+
+bool isClean(TraceEvent const& script)
+{
+    return script.ending == QLatin1String("exited") && script.code == 0;
+}
+
+QStringList scriptLines(TraceEvent const& script)
+{
+    QStringList lines(QLatin1String("script ") + onOneLine(script.subject) + QLatin1String(": ")
+                      + traceOutcome(script));
+    QByteArray const output = script.errorOutput.trimmed();
+    if (output.isEmpty())
+        return lines;
+    QList<QByteArray> const written = output.split('\n');
+    QList<QByteArray> const last = written.mid(qMax(0, written.size() - kMostErrorLines));
+    for (QByteArray const& line : last)
+        lines.append(QLatin1String("  ")
+                     + shownText(QString::fromUtf8(line.constData(), line.size())));
+    return lines;
+}
+
+QString lastCommandLine(TraceEvent const& command)
+{
+    QString const what = shownText(command.subject);
+    if (command.ending == QLatin1String("started"))
+        return QLatin1String("run: ") + what;
+    QString const line = command.ending + QLatin1String(": ") + what;
+    return command.ending == QLatin1String("not handed over")
+        ? line + QLatin1String(": cannot use ") + command.file
+        : line;
+}
+
+/// What a person is told of the scripts and the last command of an apply: of each script that was not
+/// done with exit status 0, with the end of what it wrote to its standard error, and what was run or
+/// handed over.
+QStringList applyReport(QList<TraceEvent> const& events)
+{
+    QStringList lines;
+    for (TraceEvent const& event : events) {
+        if (event.kind == TraceEvent::LastCommand)
+            lines.append(lastCommandLine(event));
+        else if (!isClean(event))
+            lines += scriptLines(event);
+    }
+    return lines;
 }
 
 } // namespace

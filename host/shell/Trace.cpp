@@ -2,8 +2,8 @@
 
 #include "shell/Trace.h"
 
+#include "shell/Json.h"
 #include "shell/Printer.h"
-#include "shell/TraceJson.h"
 
 #include <chrono>
 #include <vector>

@@ -35,11 +35,11 @@ Reply Commands::diff(ShellState& shell, QStringList const& arguments)
     QString const key = arguments.isEmpty() ? QString() : fullKey(arguments.first());
     QMap<QString, PendingOutcome> const outcomes = pendingOutcomes(shell.host, key);
     Reply reply(0, Reply::Differences);
-    QMap<QString, PendingOutcome>::const_iterator outcome = outcomes.constBegin();
-    for (; outcome != outcomes.constEnd(); ++outcome) {
-        reply.addNode(outcome.key(), outcome.value().change, outcome.value().value);
-        if (!outcome.value().value.isNull())
-            reply.nodes.last().formerValue = currentValue(shell.host, outcome.key());
+    for (QString const& pendingKey : outcomes.keys()) {
+        PendingOutcome const outcome = outcomes.value(pendingKey);
+        reply.addNode(pendingKey, outcome.change, outcome.value);
+        if (!outcome.value.isNull())
+            reply.nodes.last().formerValue = currentValue(shell.host, pendingKey);
     }
     return reply;
 }
@@ -49,8 +49,6 @@ Reply Commands::changes(ShellState& shell, QStringList const&)
     Reply reply(0, Reply::Changes);
     QMap<QString, _RegEntryChange> changes;
     reply.code = shell.host.changes(changes);
-    QMap<QString, _RegEntryChange>::const_iterator change = changes.constBegin();
-    for (; change != changes.constEnd(); ++change)
-        reply.addNode(change.key(), change.value());
+    reply.addNodes(changes);
     return reply;
 }

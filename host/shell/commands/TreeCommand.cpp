@@ -4,15 +4,13 @@
 #include "shell/Interrupt.h"
 #include "shell/KeyNames.h"
 #include "shell/Terminal.h"
+#include "shell/Trace.h"
 #include "shell/TracedHost.h"
-#include "shell/ValueSource.h"
 #include "shell/commands/Commands.h"
 
 #include <QMap>
 
 namespace {
-
-typedef QMap<QString, _RegNodeType> Listing;
 
 /// Reads the whole subtree under a key, in the order of its listings. What a listing leaves out is
 /// left out. For a terminal it says where each value comes from and what is pending.
@@ -42,11 +40,25 @@ public:
     }
 
 private:
+    /// Asks for a key, and learns where a value comes from: what the plugin of the key tells of it
+    /// ("script", or the word of what stands behind the key), "registry" where there is no plugin,
+    /// or "default" where nobody had a value. `source` stays empty where the plugin tells nothing,
+    /// and without a value.
+    ///
+    /// @return the result code.
     int read(QString const& key, Listing& listing, QString& source)
     {
-        if (mIsForTerminal)
-            return getWithSource(mHost, key, listing, source);
-        return mHost.get(key, listing, REG_PARAM_VALUE, QString::fromLatin1(""));
+        QString told;
+        mHost.trace().keepSource(&told);
+        int const code = lookUp(mHost, key, listing);
+        mHost.trace().keepSource(nullptr);
+        if (code != 0 || !mIsForTerminal || !isOneValue(listing))
+            return code;
+        if (listing.constBegin().value() == REG_NODE_DEFAULT)
+            source = QLatin1String("default");
+        else
+            source = mHost.pending().isPlugins(key) ? told : QString::fromLatin1("registry");
+        return code;
     }
 
     void addChildren(Listing const& listing, int depth)

@@ -4,8 +4,6 @@
 #include "shell/TracedHost.h"
 #include "shell/commands/Commands.h"
 
-#include <QMap>
-
 namespace {
 
 // By _RegEntryParam.
@@ -14,11 +12,9 @@ char const* const kParamWords = "value type regexp";
 Reply listing(ShellState& shell, QString const& key, int param)
 {
     Reply reply(0, Reply::Listing);
-    QMap<QString, _RegNodeType> result;
+    Listing result;
     reply.code = shell.host.get(key, result, _RegEntryParam(param), QString::fromLatin1(""));
-    QMap<QString, _RegNodeType>::const_iterator node = result.constBegin();
-    for (; node != result.constEnd(); ++node)
-        reply.addNode(node.key(), node.value());
+    reply.addNodes(result);
     return reply;
 }
 

@@ -5,7 +5,6 @@
 #include "options/ExitStatus.h"
 #include "shell/Events.h"
 #include "shell/Interrupt.h"
-#include "shell/KeyNames.h"
 #include "shell/Printer.h"
 #include "shell/TracedHost.h"
 #include "shell/commands/Commands.h"
@@ -16,8 +15,6 @@
 
 namespace {
 
-typedef QMap<QString, _RegNodeType> Answer;
-
 // Between two looks of a watch, which is interrupted sooner.
 int const kWatchMs = 500;
 int const kNapMs = 50;
@@ -25,13 +22,12 @@ useconds_t const kMicrosecondsPerMillisecond = 1000;
 int const kMillisecondsPerSecond = 1000;
 
 /// What `answer` has and `other` has not.
-QStringList missing(Answer const& answer, Answer const& other)
+QStringList missing(Listing const& answer, Listing const& other)
 {
     QStringList names;
-    Answer::const_iterator node = answer.constBegin();
-    for (; node != answer.constEnd(); ++node) {
-        if (!other.contains(node.key()))
-            names.append(shownName(node.key(), node.value()));
+    for (QString const& key : answer.keys()) {
+        if (!other.contains(key))
+            names.append(shownName(key, answer.value(key)));
     }
     return names;
 }
@@ -51,28 +47,21 @@ bool nap(int milliseconds)
 KeyWatch::KeyWatch(Vantora& host, QString const& key)
     : mHost(host)
     , mKey(key)
-    , mCode(look(mLast))
+    , mCode(lookUp(host, key, mLast))
 {
-}
-
-int KeyWatch::look(Answer& answer) const
-{
-    return mHost.get(mKey, answer, REG_PARAM_VALUE, QString::fromLatin1(""));
 }
 
 bool KeyWatch::hasChanged(Reply& reply)
 {
-    Answer now;
+    Listing now;
     // One that cannot be read any more has no answer.
-    static_cast<void>(look(now));
+    static_cast<void>(lookUp(mHost, mKey, now));
     if (now == mLast)
         return false;
     reply = Reply(0, Reply::KeyChange);
-    Answer::const_iterator node = now.constBegin();
-    for (; node != now.constEnd(); ++node)
-        reply.addNode(node.key(), node.value());
+    reply.addNodes(now);
     if (!isOneValue(now)) {
-        reply.gone = missing(isOneValue(mLast) ? Answer() : mLast, now);
+        reply.gone = missing(isOneValue(mLast) ? Listing() : mLast, now);
         reply.come = missing(now, mLast);
     }
     mLast = now;

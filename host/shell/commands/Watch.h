@@ -2,12 +2,8 @@
 
 #pragma once
 
-#include <vantora/types.h>
+#include "shell/KeyNames.h"
 
-#include <QMap>
-#include <QString>
-
-class Vantora;
 struct Reply;
 
 /// Looks at a key again and again.
@@ -27,12 +23,8 @@ public:
     bool hasChanged(Reply& reply);
 
 private:
-    typedef QMap<QString, _RegNodeType> Answer;
-
-    int look(Answer& answer) const;
-
     Vantora& mHost;
     QString const mKey;
-    Answer mLast;
+    Listing mLast;
     int const mCode;
 };

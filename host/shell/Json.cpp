@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 
-#include "shell/TraceJson.h"
+#include "shell/Json.h"
 
 #include "shell/Trace.h"
 
