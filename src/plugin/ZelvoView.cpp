@@ -3,13 +3,13 @@
 #include "plugin/ZelvoView.h"
 
 #include "actions/ActionKit.h"
-#include "actions/default/DefaultActions.h"
 #include "actions/default/RequestContext.h"
 #include "common/RegistryVocabulary.h"
 #include "common/Text.h"
 #include "common/UuidComponents.h"
 #include "plugin/ActivityReports.h"
 #include "plugin/ViewKeyMap.h"
+#include "plugin/ViewListing.h"
 #include "tree/ConfigKey.h"
 #include "tree/ConfigTree.h"
 
@@ -28,46 +28,6 @@ int const kUnknownEntry = 6;
 char const kPluginName[] = "zelvo-view";
 char const kWrappersFolder[] = "/wrappers";
 QChar const kSeparator = QLatin1Char('/');
-
-/// Tells which children of one branch are visible. A script that says so is one for all sessions and
-/// does not learn for which of them it is run: it is asked once.
-class ChildVisibility
-{
-public:
-    ChildVisibility()
-        : mScriptWasAsked(false)
-        , mSessionsAreVisible(false)
-    {
-    }
-
-    bool isVisible(IConfigEntry const& child)
-    {
-        if (!isUuidComponent(child.name()))
-            return child.isVisible();
-        if (!mScriptWasAsked) {
-            mSessionsAreVisible = child.isVisible();
-            mScriptWasAsked = dynamic_cast<DefaultIsVisibleAction const*>(
-                ActionKit::instance()->registeredIsVisibleAction(child));
-        }
-        return mSessionsAreVisible;
-    }
-
-private:
-    bool mScriptWasAsked;
-    bool mSessionsAreVisible;
-};
-
-void listVisibleChildren(ConfigBranch const& branch, QString const& key,
-                         QMap<QString, _RegNodeType>& result)
-{
-    ChildVisibility visibility;
-    for (IConfigEntry const* const child : branch.children()) {
-        if (!visibility.isVisible(*child))
-            continue;
-        bool const isBranch = dynamic_cast<ConfigBranch const*>(child);
-        result.insert(key + kSeparator + child->name(), isBranch ? REG_NODE_DIR : REG_NODE_KEY);
-    }
-}
 
 } // namespace
 
@@ -96,10 +56,6 @@ ZelvoView::ZelvoView()
     setName(QLatin1String(kPluginName));
 }
 
-ZelvoView::~ZelvoView()
-{
-}
-
 void ZelvoView::pluginIsLoaded(Vantora& backend, Reg::Registry& registry, QString const& text,
                                QString const& baseDir)
 {
@@ -120,7 +76,7 @@ int ZelvoView::contains(QString const& key)
 {
     if (!key.startsWith(rootDir()) && !key.startsWith(tmpRootDir()))
         return kNotHandled;
-    if (!sessionsExist(key))
+    if (!sessionsAreListed(*mBackend, key, rootDir()))
         return kNotHandled;
     QMap<QString, _RegNodeType> answer;
     if (mBackend->get(key, answer, REG_PARAM_VALUE, emptyText()) != kDone)
@@ -264,16 +220,6 @@ int ZelvoView::del(QString const& key)
     return kDone;
 }
 
-int ZelvoView::importRegistry(QByteArray&)
-{
-    return kDone;
-}
-
-int ZelvoView::exportRegistry(QString const&, QByteArray&)
-{
-    return kDone;
-}
-
 ConfigTree* ZelvoView::setBuffer()
 {
     return mSetBuffer.tree(rootDir());
@@ -282,27 +228,4 @@ ConfigTree* ZelvoView::setBuffer()
 IConfigEntry* ZelvoView::handler(ConfigTree& tree, QString const& key) const
 {
     return tree.handlesKey(generalisedPath(key), getDefaultSettings());
-}
-
-bool ZelvoView::sessionsExist(QString const& key) const
-{
-    int const top = key.startsWith(rootDir()) ? rootDir().size() : 0;
-    int end = key.size();
-    while (end > 0 && end != top) {
-        int const separator = key.lastIndexOf(kSeparator, end - 1);
-        bool const isSession = isUuidComponent(key.mid(separator + 1, end - separator - 1));
-        if (isSession && !isListed(key.left(end)))
-            return false;
-        end = separator;
-    }
-    return true;
-}
-
-bool ZelvoView::isListed(QString const& key) const
-{
-    QMap<QString, _RegNodeType> siblings;
-    // A directory that cannot be listed lists nothing.
-    static_cast<void>(
-        mBackend->get(KeyPath(key).dirname().toString(), siblings, REG_PARAM_VALUE, emptyText()));
-    return siblings.contains(key);
 }

@@ -28,7 +28,7 @@ public:
 
     /// Waits for the apply requests under way, 30 seconds a script at most, and drops what is not
     /// committed. The host must not hold up the backend calls with which they end.
-    ~ZelvoView() override;
+    ~ZelvoView() override { }
 
     /// Registers the view with the action kit. Scripts are looked for in `baseDir` + "/wrappers";
     /// one that is not absolute is taken from the working directory that the process has now.
@@ -76,8 +76,8 @@ public:
     int del(QString const& key) override;
 
     /// Nothing to do: the view holds no data of its own. 0.
-    int importRegistry(QByteArray& data) override;
-    int exportRegistry(QString const& key, QByteArray& data) override;
+    int importRegistry(QByteArray&) override { return 0; }
+    int exportRegistry(QString const&, QByteArray&) override { return 0; }
 
     /// What was set or created and not committed, made on first use; it stays the plugin's.
     ConfigTree* setBuffer();
@@ -90,10 +90,6 @@ private:
 
     /// The entry of `tree` that handles `key`, or null.
     IConfigEntry* handler(ConfigTree& tree, QString const& key) const;
-
-    /// Whether the host lists every session that `key` names.
-    bool sessionsExist(QString const& key) const;
-    bool isListed(QString const& key) const;
 
     SetBuffer mSetBuffer;
     ApplyRequests mApplies;
