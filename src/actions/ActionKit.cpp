@@ -156,11 +156,6 @@ ConfigBranch* ActionKit::registeredConfigBranch(QString const& viewKey) const
     return mConfigBranches.value(viewKey);
 }
 
-void ActionKit::registerSettingClass(ISettingClass* settingClass)
-{
-    mSettingClasses.append(settingClass);
-}
-
 IConfigAction* ActionKit::registeredIsVisibleAction(IConfigEntry const& entry) const
 {
     return registeredAction(ISettingClass::ACTION_IS_VISIBLE, entry);

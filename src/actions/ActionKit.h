@@ -113,7 +113,7 @@ public:
     ConfigBranch* registeredConfigBranch(QString const& viewKey) const;
 
     /// Adds a setting class behind those that are asked before it.
-    void registerSettingClass(ISettingClass* settingClass);
+    void registerSettingClass(ISettingClass* settingClass) { mSettingClasses.append(settingClass); }
 
     // The action of an operation on an entry: the one registered for its key, else the first that a
     // setting class offers, else the operation's default. May be null.

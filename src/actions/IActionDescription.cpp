@@ -7,11 +7,6 @@
 #include "actions/registry/EnvironmentFile.h"
 #include "tree/IConfigEntry.h"
 
-ActionDescription DescribedAction::describe(IConfigEntry const&) const
-{
-    return mDescription;
-}
-
 QStringList DescribedAction::keysToCommit(IConfigEntry const& entry)
 {
     ActionDescription const description = describe(entry);

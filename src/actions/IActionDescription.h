@@ -71,7 +71,7 @@ protected:
 class DescribedAction : public IActionDescription
 {
 public:
-    ActionDescription describe(IConfigEntry const& entry) const override;
+    ActionDescription describe(IConfigEntry const&) const override { return mDescription; }
     QStringList keysToCommit(IConfigEntry const& entry) override;
 
 protected:

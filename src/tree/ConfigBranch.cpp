@@ -99,11 +99,6 @@ void ConfigBranch::validateDescendants()
 {
 }
 
-void ConfigBranch::childRenamed(IConfigEntry& child)
-{
-    mChildren.renamed(&child);
-}
-
 void ConfigBranch::run(entry_state_t state, Operation operation, Action action)
 {
     setState(state);

@@ -54,7 +54,7 @@ private:
     typedef bool (ActionKit::*Action)(IConfigEntry const&, QVariant&);
 
     /// Keeps look-ups by name true after `child` got another name.
-    void childRenamed(IConfigEntry& child);
+    void childRenamed(IConfigEntry& child) { mChildren.renamed(&child); }
 
     /// `operation` on every child, then `action` on the branch itself.
     void run(entry_state_t state, Operation operation, Action action);

@@ -15,16 +15,6 @@ ConfigKey::ConfigKey(QString const& name, QString const& defaultValue, IConfigEn
         parent->addChild(this);
 }
 
-bool ConfigKey::addChild(IConfigEntry*)
-{
-    return false;
-}
-
-IConfigEntry* ConfigKey::child(QString const&) const
-{
-    return nullptr;
-}
-
 void ConfigKey::del()
 {
     setState(ENTRY_DELETING);

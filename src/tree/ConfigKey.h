@@ -15,8 +15,8 @@ public:
     /// caller's.
     ConfigKey(QString const& name, QString const& defaultValue, IConfigEntry* parent);
 
-    bool addChild(IConfigEntry* child) override;
-    IConfigEntry* child(QString const& name) const override;
+    bool addChild(IConfigEntry*) override { return false; }
+    IConfigEntry* child(QString const&) const override { return nullptr; }
     void del() override;
     void commit() override;
     void apply() override;
