@@ -4,8 +4,8 @@
 //
 //   apply/T   from the request to the end of the last script, on T threads
 //
-// "baseline_seconds" is the sum of the scripts divided by the threads. A request of the plugin takes as
-// many threads as the machine has processors; here it gets its pool, and all else is as in
+// "baseline_seconds" is the sum of the scripts divided by the threads. A request of the plugin
+// takes as many threads as the machine has processors; here it gets its pool, and all else is as in
 // `ZelvoView::apply`.
 
 #include "actions/ActionKit.h"

@@ -3,7 +3,7 @@
 // Setting and committing one session's name, of N sessions.
 //
 //   disk, disk_baseline      the registry in a file on the disk, where every commit waits for it
-//   memory, memory_baseline  the same in memory, where nothing hides the work itself: processor time
+//   memory, memory_baseline  the same in memory, where nothing hides the work: processor time
 //
 // A baseline writes the same row and commits it through SQLite's own interface.
 

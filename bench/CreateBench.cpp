@@ -5,8 +5,8 @@
 //
 //   create_commit  the processor time of all N; "per_session" is that of one
 //
-// Some sessions come before those that are measured, so that a small N does not measure a registry's
-// first use.
+// Some sessions come before those that are measured, so that a small N does not measure a
+// registry's first use.
 
 #include "support/Scene.h"
 

@@ -3,11 +3,11 @@
 // Reading one key that is tied to the registry and has no script.
 //
 //   mapped_leaf    get of "usb/enable"
-//   baseline          what a request cannot do without: the two questions to the file system that it asks
-//                  (is there a folder for the area, and a script that hides the view), and one
+//   baseline       what a request cannot do without: the two questions to the file system that it
+//                  asks (is there a folder for the area, and a script that hides the view), and one
 //                  look-up in the registry
-//   plain_baseline    the same with a question for each place that may hold a script, as a plain request asks
-//                  that remembers nothing
+//   plain_baseline the same with a question for each place that may hold a script, as a plain
+//                  request asks that remembers nothing
 //   registry       that look-up alone
 //   session_leaf   get of one session's name, of N sessions
 

@@ -3,7 +3,7 @@
 // Reading a connection file of NetworkManager, changing the SSID and writing it back.
 //
 //   keyfile   through NMConfFile
-//   baseline     the same bytes read and written with the same system calls, nothing looked at: before
+//   baseline  the same bytes read and written with the same system calls, nothing looked at: before
 //             opening a file what kind it is, of an open one its size, reading to the end of it; a
 //             new file, synced, in place of the old
 

@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: MIT
 #
-# One target for "the Qt that was chosen": zelvo-qt (QtCore and QtDBus), and zelvo-qt-test for tests.
+# One target for the Qt that was chosen: zelvo-qt (QtCore and QtDBus), and zelvo-qt-test for tests.
 add_library(zelvo-qt INTERFACE)
 add_library(zelvo-qt-test INTERFACE)
 
@@ -32,7 +32,7 @@ else()
     set(ZELVO_QT_DEPENDENCY "find_dependency(Qt5 5.15 COMPONENTS Core)")
     set(ZELVO_QT_PKGCONFIG Qt5Core)
     set(ZELVO_QT_PACKAGE qtbase5-dev)
-    # A text put together with "+" is made in one piece. Qt 4 cannot compare one that is not made yet.
+    # A text put together with "+" is made in one piece. Qt 4 cannot compare one not made yet.
     set(ZELVO_QT_STRINGS QT_USE_QSTRINGBUILDER)
     if(ZELVO_BUILD_TESTS)
         find_package(Qt5 5.15 REQUIRED COMPONENTS Test)

@@ -1,8 +1,8 @@
 # SPDX-License-Identifier: MIT
 #
-# A good part of each compilation is the toolkit's headers. They are compiled once for the plugin, and
-# once for the host and the doctor. A file includes what it uses all the same: ./test --analyse looks at
-# files without these headers.
+# A good part of each compilation is the toolkit's headers. They are compiled once for the plugin,
+# and once for the host and the doctor. A file includes what it uses all the same: ./test --analyse
+# looks at files without these headers.
 set(ZELVO_TOOLKIT_HEADERS
     <QByteArray> <QDir> <QFile> <QFileInfo> <QList> <QMap> <QObject> <QScopedPointer> <QSet> <QString>
     <QStringList> <QVariant>)

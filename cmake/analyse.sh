@@ -1,10 +1,11 @@
 # SPDX-License-Identifier: MIT
 #
-# Sourced by ./test: what the compiler finds in each header by itself, and clang-format, clang-tidy and
-# cppcheck in the sources.
+# Sourced by ./test: what the compiler finds in each header by itself, and clang-format, clang-tidy
+# and cppcheck in the sources.
 #
-# Needs `project`, the project's folder, and cmake/setup.sh. The format stands in .clang-format, what is
-# looked for in .clang-tidy, what shall be overlooked in .cppcheck-suppressions and beside the line.
+# Needs `project`, the project's folder, and cmake/setup.sh. The format stands in .clang-format,
+# what is looked for in .clang-tidy, what shall be overlooked in .cppcheck-suppressions and beside
+# the line.
 
 kAnalysed=(src host doctor)
 kPackages+=(clang-format clang-tidy cppcheck)

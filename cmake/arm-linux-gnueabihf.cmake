@@ -1,7 +1,7 @@
 # SPDX-License-Identifier: MIT
 #
-# Cross build for the platform's processor, 32-bit ARM with hardware floating point, against a sysroot
-# with the libraries and headers of Debian's armhf (./test --arm makes one).
+# Cross build for the platform's processor, 32-bit ARM with hardware floating point, against a
+# sysroot with the libraries and headers of Debian's armhf (./test --arm makes one).
 set(CMAKE_SYSTEM_NAME Linux)
 set(CMAKE_SYSTEM_PROCESSOR arm)
 set(CMAKE_LIBRARY_ARCHITECTURE arm-linux-gnueabihf)

@@ -2,8 +2,8 @@
 #
 # Sourced by ./run and ./test: installs what the build needs and builds.
 #
-# Needs `project`, the project's folder; the working directory stays the caller's. Nothing here reads
-# standard input, which belongs to the commands of ./run, and all messages go to standard error.
+# Needs `project`, the project's folder; the working directory stays the caller's. Nothing here
+# reads standard input, which belongs to the commands of ./run. All messages go to standard error.
 
 kPackages=(
     g++ cmake ninja-build qtbase5-dev libsqlite3-dev libedit-dev libcli11-dev nlohmann-json3-dev

@@ -8,8 +8,8 @@
 #include <QList>
 #include <QString>
 
-/// What the plugin starts a script with. The system gives a script without a shebang line to /bin/sh when it
-/// inherits the plugin's environment, and does not start it with any other.
+/// What the plugin starts a script with. The system gives a script without a shebang line to
+/// /bin/sh when it inherits the plugin's environment, and does not start it with any other.
 enum ScriptEnvironment { InheritedEnvironment, OwnEnvironment };
 
 /// Why a script would not start, or would not do what it says, as far as this can be told without

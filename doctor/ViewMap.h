@@ -31,6 +31,6 @@ struct MapRow
     QStringList operations;
 };
 
-/// All keys of the view in the order of the default settings, and the directories with a back end of
-/// their own.
+/// All keys of the view in the order of the default settings, and the directories with a back end
+/// of their own.
 QList<MapRow> viewMap(ExaminedView& view);

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 
-// The input is an environment file. Each declaration is one that a file can hold, and a file made of
-// what was read reads the same.
+// The input is an environment file. Each declaration is one that a file can hold, and a file made
+// of what was read reads the same.
 
 #include "Fuzzing.h"
 #include "actions/registry/EnvironmentFile.h"

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 
-// The input is a key, and behind a 0xff a registry template for it: path operations, the translation
-// of UUIDs in both directions, and the folder that scripts for the key are looked for in.
+// The input is a key, and behind a 0xff a registry template for it: path operations, the
+// translation of UUIDs in both directions, and the folder where the key's scripts are looked for.
 
 #include "Fuzzing.h"
 #include "ShippedRegistry.h"

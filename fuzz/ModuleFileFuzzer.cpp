@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 
-// The input is a module of a 64-bit machine, or what calls itself one. It is whole with all its parts
-// only, and still is with more behind it; one that lacks a part still does when it is cut shorter,
-// down to the header that says so.
+// The input is a module of a 64-bit machine, or what calls itself one. It is whole with all its
+// parts only, and still is with more behind it; one that lacks a part still does when it is cut
+// shorter, down to the header that says so.
 
 #include "Fuzzing.h"
 #include "loader/ModuleFile.h"

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 
-// The input is a list of requests to the whole plugin, on a host in memory. A request is a letter for
-// the operation, a key, and behind a 0xfe a value; the next begins behind a 0xff. Capital letters go
-// through the host, which knows the keys of the registry as well.
+// The input is a list of requests to the whole plugin, on a host in memory. A request is a letter
+// for the operation, a key, and behind a 0xfe a value; the next begins behind a 0xff. Capital
+// letters go through the host, which knows the keys of the registry as well.
 
 #include "Fuzzing.h"
 #include "ShippedRegistry.h"

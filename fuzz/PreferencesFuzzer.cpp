@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 
-// The input is the preferences file of the display. The rates that it offers can be set and are read
-// as they were; without any it is those of every display; others are refused.
+// The input is the preferences file of the display. The rates that it offers can be set and are
+// read as they were; without any it is those of every display; others are refused.
 
 #include "Fuzzing.h"
 #include "ShippedRegistry.h"

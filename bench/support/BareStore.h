@@ -7,8 +7,8 @@
 struct sqlite3;
 struct sqlite3_stmt;
 
-/// The baseline of a commit: rows of the registry's own form, written through SQLite's interface and
-/// nothing else.
+/// The baseline of a commit: rows of the registry's own form, written through SQLite's interface
+/// and nothing else.
 class BareStore
 {
 public:

@@ -2,8 +2,8 @@
 
 #pragma once
 
-/// What the programs exit with beside 0 and the result codes of the host, which are small. Those from
-/// 64 on are as in sysexits.h.
+/// What the programs exit with beside 0 and the result codes of the host, which are small. Those
+/// from 64 on are as in sysexits.h.
 enum ExitStatus : int {
     /// The doctor has found a mistake.
     kFindings = 1,

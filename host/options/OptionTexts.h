@@ -8,8 +8,8 @@
 #include <string>
 #include <vector>
 
-// The options of a program as its library for them has them, in the toolkit's types. Their bytes are
-// UTF-8 on every version of Qt, unlike those that QString::fromStdString takes.
+// The options of a program as its library for them has them, in the toolkit's types. Their bytes
+// are UTF-8 on every version of Qt, unlike those that QString::fromStdString takes.
 
 inline QString optionText(std::string const& utf8)
 {

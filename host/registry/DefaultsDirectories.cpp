@@ -8,8 +8,8 @@
 
 namespace {
 
-// Where the shipped default settings lie, seen from the program: installed, and in a build folder, which
-// has a link to them.
+// Where the shipped default settings lie, seen from the program: installed, and in a build folder,
+// which has a link to them.
 char const* const kShippedPlaces[] = {"../share/zelvo-view/defaults", "../share/defaults"};
 
 QStringList shippedDefaults()

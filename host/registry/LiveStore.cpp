@@ -164,9 +164,9 @@ bool LiveStore::write(LiveChanges const& changes)
         return true;
     // Fails when the error has ended the transaction already, which is what is wanted.
     static_cast<void>(mConnection.execute("ROLLBACK"));
-    // The last step of a commit is to sync the journal. When that fails the journal holds all of it,
-    // and the next host would take it for committed: move what really is into the file, and empty
-    // the journal. On a disk that refuses this too, nothing can be promised.
+    // The last step of a commit is to sync the journal. When that fails the journal holds all of
+    // it, and the next host would take it for committed: move what really is into the file, and
+    // empty the journal. On a disk that refuses this too, nothing can be promised.
     static_cast<void>(mConnection.execute("PRAGMA wal_checkpoint(TRUNCATE)"));
     return false;
 }

@@ -21,7 +21,7 @@ public:
     /// Runs one statement whose rows do not matter.
     bool execute(char const* sql);
 
-    /// Whether the file cannot be written, or the last statement has failed for want of its directory.
+    /// Whether the file cannot be written, or the last statement failed for want of its directory.
     bool isReadOnly() const;
 
     /// True when the last operation failed because of another connection's lock.

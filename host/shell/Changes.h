@@ -21,6 +21,6 @@ struct PendingOutcome
     QString text() const;
 };
 
-/// What a commit of `key`, or of all that is pending if it is empty, would do, key by key. A plugin's
-/// pending values are those it was given; what its scripts make of them is seen after the commit.
+/// What a commit of `key`, or of all that is pending if it is empty, would do, key by key. A
+/// plugin's pending values are those it was given; what its scripts make of them shows afterwards.
 QMap<QString, PendingOutcome> pendingOutcomes(TracedHost& host, QString const& key);

@@ -11,8 +11,8 @@
 
 namespace {
 
-/// Keeps the end of a child process from interrupting what this thread reads: the toolkit takes that
-/// for the end of the input. Other threads, or this one afterwards, are told of it.
+/// Keeps the end of a child process from interrupting what this thread reads: the toolkit takes
+/// that for the end of the input. Other threads, or this one afterwards, are told of it.
 class WithoutChildSignals
 {
 public:

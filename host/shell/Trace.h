@@ -34,8 +34,8 @@ struct TraceEvent
     /// The result code or the exit status.
     int code;
 
-    /// Of a script: how it ended. Of a last command: what became of it. Of a bus call: the error; null
-    /// if there was none.
+    /// Of a script: how it ended. Of a last command: what became of it. Of a bus call: the error;
+    /// null if there was none.
     QString ending;
 
     /// Of a script: whether that counts as success.
@@ -59,11 +59,11 @@ QString traceOutcome(TraceEvent const& event);
 /// The dynamic property in which a plugin looks for whom to tell.
 char const kListenerProperty[] = "activityListener";
 
-/// Sees what is done for the commands, and writes it to standard error as it happens or keeps it for
-/// somebody who asks.
+/// Sees what is done for the commands, and writes it to standard error as it happens or keeps it
+/// for somebody who asks.
 ///
-/// Plugins report to this object through its methods by name. Any thread may call it, once it is set
-/// up; there is one at a time.
+/// Plugins report to this object through its methods by name. Any thread may call it, once it is
+/// set up; there is one at a time.
 class Trace : public QObject
 {
     Q_OBJECT
@@ -79,8 +79,8 @@ public:
     void end(int code);
 
     /// From now on the threads that call the backend with the key `notified` belong to the command
-    /// of the calling one: it is what an apply in the background ends with. The scripts and the last
-    /// command of it are kept for `takeApplied`.
+    /// of the calling one: it is what an apply in the background ends with. The scripts and the
+    /// last command of it are kept for `takeApplied`.
     void expectEnd(QString const& notified);
 
     /// The scripts and the last command of the applies of the calling thread's command, as far as

@@ -101,8 +101,8 @@ public:
     /// @return the registry directory of the sessions; an empty text when there is none.
     QString getRegistryUuidDir(QString const& viewUuidKey) const;
 
-    /// The view keys that one of the two above has tied to a registry key; both with placeholders in
-    /// place of UUIDs.
+    /// The view keys that one of the two above has tied to a registry key; both with placeholders
+    /// in place of UUIDs.
     QStringList viewKeysOf(QString const& registryKey) const;
 
     /// Registers a template whose children are copied into the branch `viewKey` when its sessions

@@ -19,9 +19,9 @@ bool isMissing(QString const& path);
 /// the file. It belongs to its owner alone then. Whoever reads it meanwhile, or finds it after a
 /// power cut, reads the old content or the new one, never a part.
 ///
-/// A file that another one cannot take the place of (its directory may not be written to, or it is a
-/// mount of its own) but that may be written itself is emptied and written. Then all this does not
-/// hold: a power cut or a full disk can leave a part.
+/// A file that another one cannot take the place of (its directory may not be written to, or it is
+/// a mount of its own) but that may be written itself is emptied and written. Then all this does
+/// not hold: a power cut or a full disk can leave a part.
 ///
 /// @return false: the file is as it was, and none was made. There is no room, say, or no right to
 ///         write, or the path is that of another kind of file.

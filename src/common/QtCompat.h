@@ -13,8 +13,8 @@
 /// The few places where Qt 4 and Qt 5 want different words for one thing.
 namespace QtCompat {
 
-/// Whether a D-Bus connection that is made in the main thread delivers nothing before that thread has
-/// run its event loop.
+/// Whether a D-Bus connection that is made in the main thread delivers nothing before that thread
+/// has run its event loop.
 bool const kNewBusWaitsForEventLoop = QT_VERSION >= 0x050600;
 
 /// Starts `commandLine`, split at blanks with double quotes grouping, in `process`.

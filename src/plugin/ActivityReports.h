@@ -12,9 +12,9 @@ char const kListenerProperty[] = "activityListener";
 /// Tells an object of the host what is done for its requests: runs of scripts, last commands, calls
 /// on the bus, and where values come from.
 ///
-/// The host knows nothing of this class and the plugin nothing of the host's: the methods are called
-/// by their names, on the thread on which the thing happened. Those that the object lacks are left
-/// out.
+/// The host knows nothing of this class and the plugin nothing of the host's: the methods are
+/// called by their names, on the thread on which the thing happened. Those that the object lacks
+/// are left out.
 ///
 ///     int currentRequest()               on the host's thread: the request that is being served
 ///     void resumeRequest(int request)    what the calling thread does next belongs to `request`
@@ -28,9 +28,9 @@ char const kListenerProperty[] = "activityListener";
 ///     void valueWasRead(QString key, QString source)
 ///                                        for a "get" that answers a value, not a default
 ///
-/// `ending` is "exited", "signal", "not started", "environment too long" or "timed out". `request` is
-/// the key that the host has given to the apply, `outcome` "started", "not started", "handed over" or
-/// "not handed over", `file` the hand-over file in the last two cases; see IActivityObserver.
+/// `ending` is "exited", "signal", "not started", "environment too long" or "timed out". `request`
+/// is the key that the host has given to the apply, `outcome` "started", "not started", "handed
+/// over" or "not handed over", `file` then the hand-over file; see IActivityObserver.
 class ActivityReports : public QObject, public IActivityObserver
 {
     Q_OBJECT

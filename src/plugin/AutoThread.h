@@ -7,8 +7,8 @@
 class QThread;
 
 /// Keeps a thread that outlives the request that started it, and goes away together with it:
-/// connect the thread's end to `deleteThread()`. The thread that the keeper lives in must run an event
-/// loop.
+/// connect the thread's end to `deleteThread()`. The thread that the keeper lives in must run an
+/// event loop.
 class AutoThread : public QObject
 {
     Q_OBJECT

@@ -148,8 +148,8 @@ void SetBuffer::deleteTakenOut()
     mTakenOut.clear();
 }
 
-// As the entry does it, but for what a nested commit has taken out: that is no key any more, and its
-// path would name others.
+// As the entry does it, but for what a nested commit has taken out: that is no key any more, and
+// its path would name others.
 void SetBuffer::commitHeld(IConfigEntry& entry)
 {
     ConfigBranch const* const branch = dynamic_cast<ConfigBranch*>(&entry);

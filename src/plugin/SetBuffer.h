@@ -17,11 +17,11 @@ namespace Reg {
 class Registry;
 } // namespace Reg
 
-/// What was set or created and is not committed: a tree that lives from request to request and holds
-/// this, the branches that lead to it, and nothing else. Host thread only.
+/// What was set or created and is not committed: a tree that lives from request to request and
+/// holds this, the branches that lead to it, and nothing else. Host thread only.
 ///
-/// One commit may lead to another, which takes entries out that the first one walks over. So what is
-/// taken out is taken apart, by which the walk notices it, and deleted when no request is served.
+/// One commit may lead to another, which takes entries out that the first one walks over. So what
+/// is taken out is taken apart, which the walk notices, and deleted when no request is served.
 class SetBuffer
 {
 public:
@@ -36,8 +36,8 @@ public:
     /// The entry of a full key; null when the buffer has none.
     IConfigEntry* entry(QString const& key) const;
 
-    /// Adds what the buffer lacks of `found`, and returns its entry of `key`, which is about to be set
-    /// or created; null when something else stands there.
+    /// Adds what the buffer lacks of `found`, and returns its entry of `key`, which is about to be
+    /// set or created; null when something else stands there.
     IConfigEntry* add(ConfigTree const& found, QString const& key);
 
     /// The entry has been created: it waits for its commit though nothing may be set in it.

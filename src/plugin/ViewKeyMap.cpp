@@ -44,7 +44,7 @@ ViewKeyRow const kViewKeys[] = {
     {RegistryKey,   "zelvo-view/browser/sessions/{uuid}/url",
                     "root/ConnectionType/iceweasel/connections/{UUID}/address"},
 
-    // The five display keys have no registry key each: what they mean depends on the profile in use.
+    // The five display keys have no registry key each: their meaning depends on the profile.
     {DisplayArea,   nullptr, nullptr},
 
     {UuidDirectory, "zelvo-view/ica/sessions",

@@ -10,8 +10,8 @@ class NodeSet;
 class Registry;
 } // namespace Reg
 
-/// The root of a view tree. It grows on demand: from the default settings, which know every key with
-/// "{uuid}" in place of a session's UUID, and from the sessions that the registry holds.
+/// The root of a view tree. It grows on demand: from the default settings, which know every key
+/// with "{uuid}" in place of a session's UUID, and from the sessions that the registry holds.
 ///
 /// A tree serves one request, or collects what several have set; its name is the last component of
 /// its root. Host thread only.

@@ -56,8 +56,8 @@ public:
     /// network has none, and there `passphrase` is dropped.
     void setPassphrase(QString const& passphrase);
 
-    /// Whether a line of the file can hold `value`: reading it gives what was written. Not so with a
-    /// "=", a newline or a NUL in it, with blanks at an end, or with characters outside Latin-1.
+    /// Whether a line of the file can hold `value`: reading it gives what was written. Not so with
+    /// a "=", a newline or a NUL in it, with blanks at an end, or with characters outside Latin-1.
     static bool sReadsBack(QString const& value);
 
     /// Whether the connection's type is that of a wireless one.
@@ -67,8 +67,8 @@ public:
     /// line before each group whether it has keys or not.
     QString toString() const;
 
-    /// Puts toString() as Latin-1 in place of what the file holds, as replaceFile() does; a file that
-    /// could not be read stays as it is. It is then readable and writable by its owner only.
+    /// Puts toString() as Latin-1 in place of what the file holds, as replaceFile() does; a file
+    /// that could not be read stays as it is. It is then readable and writable by its owner only.
     void sync();
 
     /// Adds what the file holds to the groups: a key read replaces one of the same name, other keys

@@ -10,8 +10,8 @@
 class NMConfFile;
 
 // The actions of the wireless keys. Each lets the wrapper script of the entry do the work and turns
-// to the connection file or to NetworkManager when there is none or it fails; which setting is meant
-// is told by the entry's name. Host thread only.
+// to the connection file or to NetworkManager when there is none or it fails; which setting is
+// meant is told by the entry's name. Host thread only.
 //
 // "ValueAction", "CommitAction" and "SettingsVisibilityAction" are the platform's names, kept as
 // they are. The actions of another area bear that area's name: a second class "ValueAction" in the
@@ -34,7 +34,7 @@ private:
 
 /// Writes "ssid", "security" or "passphrase" to the connection file, at once. A null value is
 /// nothing to write: true. False for any other name ("enable" is nothing that can be written) and
-/// for a passphrase that would not read back from the file. Whether the file could be written is not known.
+/// for a passphrase that would not read back from the file. Whether it was written is not told.
 ///
 /// A change of type takes the passphrase in the file along, and an open network has none: a new
 /// type is to be committed before the passphrase that goes with it.

@@ -122,12 +122,12 @@ bool isAlive(QDBusConnection const& connection)
     return connection.call(question).type() == QDBusMessage::ReplyMessage;
 }
 
-/// To be taken once a request. The toolkit makes its connection once; when that has died, one of our
-/// own takes its place, which is made anew as often as it dies.
+/// To be taken once a request. The toolkit makes its connection once; when that has died, one of
+/// our own takes its place, which is made anew as often as it dies.
 QDBusConnection systemBus()
 {
-    // Before the first connection is made: at the end of the process the toolkit then still knows how
-    // to destroy what the connection holds of such types.
+    // Before the first connection is made: at the end of the process the toolkit then still knows
+    // how to destroy what the connection holds of such types.
     registerTypes();
     QDBusConnection connection = defaultConnection();
     if (isAlive(connection))

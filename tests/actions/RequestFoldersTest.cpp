@@ -15,8 +15,8 @@ char const kUuid[] = "{c0ffee00-1234-4321-abcd-0123456789ab}";
 
 } // namespace
 
-/// What a request remembers of the folders of the scripts, and that nobody notices: scripts come and
-/// go between requests, and during one.
+/// What a request remembers of the folders of the scripts, and that nobody notices: scripts come
+/// and go between requests, and during one.
 class RequestFoldersTest : public QObject
 {
     Q_OBJECT

@@ -155,8 +155,8 @@ private:
     QStringList mEndings;
 };
 
-/// Takes the thirty seconds that a script may take, once for all of its scripts: they run at the same
-/// time.
+/// Takes the thirty seconds that a script may take, once for all of its scripts: they run at the
+/// same time.
 class SlowScriptTest : public QObject
 {
     Q_OBJECT

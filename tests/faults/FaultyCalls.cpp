@@ -3,8 +3,8 @@
 // A library to be preloaded (LD_PRELOAD): makes one of a program's system calls go wrong.
 //
 // It stands between the program's libraries and the system, and counts the calls that concern files
-// of one directory, and those of other functions that are named. What becomes of the n-th is said by
-// the environment:
+// of one directory, and those of other functions that are named. What becomes of the n-th is said
+// by the environment:
 //
 //   FAULT_UNDER   the directory: it and what lies in it counts
 //   FAULT_CALLS   names of further functions, separated by commas ("semget,semop")

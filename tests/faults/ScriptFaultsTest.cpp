@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 
-// Scripts that go wrong in other ways than by an exit status, each through the plugin: a request comes
-// to what it comes to with a script that succeeds or fails, and leaves nothing behind.
+// Scripts that go wrong in other ways than by an exit status, each through the plugin: a request
+// comes to what it comes to with a script that succeeds or fails, and leaves nothing behind.
 
 #include "faults/ScriptRequests.h"
 #include "support/Footprint.h"

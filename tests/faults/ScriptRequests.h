@@ -8,8 +8,8 @@
 #include <QFile>
 #include <QSystemSemaphore>
 
-/// A started plugin and, for each kind of script, the request that runs it: on the key "usb/enable",
-/// or on an RDP session where sessions alone have such a script.
+/// A started plugin and, for each kind of script, the request that runs it: on the key
+/// "usb/enable", or on an RDP session where sessions alone have such a script.
 class ScriptRequests
 {
 public:

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 
-// A wrappers directory that is not what it should be, with a request of every kind: it comes to what
-// it comes to without a script, with one, with one that cannot be started, or with one that fails.
+// A wrappers directory that is not what it should be, with a request of every kind: it comes to
+// what it comes to without a script, with one, one that cannot be started, or one that fails.
 
 #include "faults/ScriptRequests.h"
 #include "support/TestProgram.h"

@@ -13,8 +13,8 @@ namespace {
 
 QString const kTyped = QLatin1String("root/type-");
 
-// Knows one number, one directory with one value in it, an empty directory, and a value of each type by
-// the number of the type.
+// Knows one number, one directory with one value in it, an empty directory, and a value of each
+// type by the number of the type.
 class SmallRegistry : public Reg::Registry
 {
 public:

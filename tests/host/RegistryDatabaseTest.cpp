@@ -62,8 +62,8 @@ QByteArray makeDatabase(QByteArray const& sql)
     return scratch.read("made.db");
 }
 
-// Makes a database in one transaction, and copies the file and its journal before that has ended, when
-// the first page is not written yet.
+// Makes a database in one transaction, and copies the file and its journal before that has ended,
+// when the first page is not written yet.
 void makeHalf(QString const& file)
 {
     TestDirectory scratch;

@@ -12,8 +12,8 @@
 #include <QScopedPointer>
 #include <QtTest>
 
-/// The files of a key may name keys of the view, and so lead from one request into another. The host
-/// is the real one: it routes what the actions ask of it back to the plugin.
+/// The files of a key may name keys of the view, and so lead from one request into another. The
+/// host is the real one: it routes what the actions ask of it back to the plugin.
 class NestedRequestTest : public QObject
 {
     Q_OBJECT

@@ -17,9 +17,9 @@ struct Figures
 
     // The figures of memory stay 0 where it is a sanitizer's.
 
-    /// In use as far as the allocator knows. 64 KiB more may be: tables of the toolkit and the cache
-    /// of the database take what suits them. The allocator counts the freed blocks that each thread
-    /// keeps at hand as used; GLIBC_TUNABLES=glibc.malloc.tcache_count=0 has it keep none.
+    /// In use as far as the allocator knows. 64 KiB more may be: tables of the toolkit and the
+    /// cache of the database take what suits them. The allocator counts the freed blocks that each
+    /// thread keeps at hand as used; GLIBC_TUNABLES=glibc.malloc.tcache_count=0 has it keep none.
     long heapBytes;
     /// 2 MiB more may be: pages are given back late.
     long residentBytes;

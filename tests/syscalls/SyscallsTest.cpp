@@ -182,7 +182,7 @@ void SyscallsTest::setAndCommit_data()
     QTest::addColumn<QString>("folder");
     QTest::addColumn<int>("expected");
 
-    // Of setting and of committing each: whether there is a folder "rdp"; "isVisible.sh" of the view.
+    // Of setting and of committing each: is there a folder "rdp"; "isVisible.sh" of the view.
     QTest::newRow("an area without scripts") << QString() << 4;
     // Of each: the folder; "isVisible.sh" of the key and the four branches above; "set.env", and
     // "set.sh" or "commit.sh".

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 
-// Many apply requests in quick succession, each with many scripts, on all the threads that they take.
+// Many apply requests in quick succession, each with many scripts, on all threads they take.
 
 #include "actions/default/LastCommandTask.h"
 #include "plugin/PluginScene.h"

@@ -18,8 +18,8 @@ public:
     /// Each path once.
     QStringList paths() const;
 
-    /// Whether the plugin may look at `path`: it lies in the wrappers directory of `baseDir` without
-    /// a way up in it, or is one of the fixed ones, or a temporary file named by the system.
+    /// Whether the plugin may look at `path`: it lies in the wrappers directory of `baseDir`
+    /// without a way up in it, or is one of the fixed ones, or a temporary file of the system.
     static bool isExpected(QString const& path, QString const& baseDir);
 
 private:

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 
-// A wrapper script that is a program: writes down how it was started, and answers like a script that
-// fails, so that the request goes on to the key's own back end. "isVisible.sh" alone succeeds.
+// A wrapper script that is a program: writes down how it was started, and answers like a script
+// that fails, so that the request goes on to the key's own back end. "isVisible.sh" alone succeeds.
 //
 // Appends to /tmp/untrusted-record a list of fields, each as its length, a blank and its bytes: the
 // number of arguments and the arguments, the number of variables and the variables, the folder that

@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: MIT
 
 // Untrusted keys and values, given to the plugin as it is built. Each of its scripts writes down
-// how it was started, and every path that the plugin looks at is noted: a text of a request is never
-// part of a command line or a path, and reaches a script in the value file or a declared variable.
+// how it was started, and every path that the plugin looks at is noted: a text of a request is
+// never part of a command line or a path, and reaches a script in the value file or a declared
+// variable.
 
 #include "loader/PluginLoader.h"
 #include "registry/RegistryHost.h"

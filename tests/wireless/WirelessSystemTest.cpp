@@ -168,9 +168,9 @@ private slots:
 private:
     QStringList messagesAfterDeathsOfTheBus(int deaths);
 
-    // Of a NetworkManager that never answers one call, of one that never answers any, and of one that
-    // is suspended for a while: started first, and looked at when all else is done, because they
-    // take their time.
+    // Of a NetworkManager that never answers one call, of one that never answers any, and of one
+    // that is suspended for a while: started first, and looked at when all else is done, because
+    // they take their time.
     PrivateBus mMuteBus;
     BusMonitor mMuteMonitor;
     QScopedPointer<Probe> mMuteProbe;

@@ -80,9 +80,9 @@ bool hasRunningOrphans()
 }
 
 /// Waits a moment for the end of the commands that an apply has started and left to themselves: a
-/// sandbox ends together with the program in it, and they are to come to their end before. Not to be
-/// called while an apply is running: its wrappers are children as well, and would be cleared away
-/// under it.
+/// sandbox ends together with the program in it, and they are to come to their end before. Not to
+/// be called while an apply is running: its wrappers are children as well, and would be cleared
+/// away under it.
 void awaitLastCommands()
 {
     QElapsedTimer elapsed;

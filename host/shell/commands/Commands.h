@@ -51,8 +51,8 @@ struct CommandRow
     char const* name;
     CommandFunction* run;
 
-    /// One word an argument, those that may be left out in brackets. The words have a meaning: "KEY"
-    /// and "FILE" are completed as such, and a "VALUE" goes up to the end of the line.
+    /// One word an argument, those that may be left out in brackets. The words have a meaning:
+    /// "KEY" and "FILE" are completed as such, and a "VALUE" goes up to the end of the line.
     char const* arguments;
 
     char const* summary;

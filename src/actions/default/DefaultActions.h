@@ -9,8 +9,8 @@
 
 // The actions that leave a key to the wrapper scripts of its folder. Where the script is missing,
 // all of them answer false and leave `data` alone. They keep no state: one instance serves many
-// entries, from any thread once the plugin is loaded, and each call blocks for as long as its script
-// runs (30 seconds at most).
+// entries, from any thread once the plugin is loaded, and each call blocks for as long as its
+// script runs (30 seconds at most).
 
 /// "/isVisible.sh": `data` becomes whether its exit status is 0.
 class DefaultIsVisibleAction : public IConfigAction, public DescribedAction

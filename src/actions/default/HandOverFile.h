@@ -10,10 +10,10 @@ char const kHandOverFilePath[] = "/tmp/last-apply-command";
 
 /// The hand-over file as a request finds it.
 ///
-/// Everybody can put anything under that name, at any moment. So it is opened once, when this object
-/// is made, and whether it is there is decided by that; all else is done with what was opened. It can
-/// be used when it is a regular file without another name: a link, hard or not, may stand for any
-/// file, and a pipe may never answer.
+/// Everybody can put anything under that name, at any moment. So it is opened once, when this
+/// object is made, and whether it is there is decided by that; all else is done with what was
+/// opened. It can be used when it is a regular file without another name: a link, hard or not, may
+/// stand for any file, and a pipe may never answer.
 class HandOverFile
 {
 public:

@@ -12,9 +12,9 @@ class IConfigEntry;
 /// innermost one: they nest like the requests. That thread alone sees it; a script that runs beside
 /// the request, on a thread of an apply, finds none. Without an object nothing is remembered.
 ///
-/// Most areas of the view ("zelvo-view/usb") have no folder of scripts at all, and a request looks for
-/// scripts at every level of a key, several times. So it asks the file system once whether there is a
-/// folder for the area. All its entries are of one view.
+/// Most areas of the view ("zelvo-view/usb") have no folder of scripts at all, and a request looks
+/// for scripts at every level of a key, several times. So it asks the file system once whether
+/// there is a folder for the area. All its entries are of one view.
 class RequestContext
 {
 public:

@@ -7,8 +7,8 @@
 #include <QByteArray>
 #include <QProcess>
 
-/// So many bytes are read of what a script tells, however it tells it: they are held in memory, and as
-/// text twice more.
+/// So many bytes are read of what a script tells, however it tells it: they are held in memory, and
+/// as text twice more.
 qint64 const kLongestScriptOutput = Q_INT64_C(128) * 1024 * 1024;
 
 /// So many bytes are kept of what a script writes to its standard error: the last ones.

@@ -16,8 +16,8 @@ class IConfigEntry;
 /// What came of one run of a script.
 struct WrapperRun
 {
-    /// EnvironmentTooLong: it was not started, because a variable or all of them together are longer
-    /// than the system takes. NotStarted: for any other reason.
+    /// EnvironmentTooLong: it was not started, because a variable or all of them together are
+    /// longer than the system takes. NotStarted: for any other reason.
     enum Ending { Exited, EndedBySignal, NotStarted, EnvironmentTooLong, TimedOut };
 
     /// The rule of all scripts: it counts as one that succeeded unless it ended by itself with
@@ -41,12 +41,12 @@ struct WrapperRun
 
 /// One run of a wrapper script.
 ///
-/// A script runs in its own folder and gets 30 seconds. The exit status alone decides: 0 is success,
-/// and so are a script that could not be started and one whose time ran out (it is then killed,
-/// together with what it has started, and reaped). A script that a signal ended did not succeed; one
-/// whose output is kept gets such a signal when it prints more than 128 MiB. Nor did one that could
-/// not be started because its environment is longer than the system takes: it was to do something
-/// with a long value.
+/// A script runs in its own folder and gets 30 seconds. The exit status alone decides: 0 is
+/// success, and so are a script that could not be started and one whose time ran out (it is then
+/// killed, together with what it has started, and reaped). A script that a signal ended did not
+/// succeed; one whose output is kept gets such a signal when it prints more than 128 MiB. Nor did
+/// one that could not be started because its environment is longer than the system takes: it was to
+/// do something with a long value.
 class Wrapper
 {
 public:
