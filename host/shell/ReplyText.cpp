@@ -148,9 +148,9 @@ QString lastCommandLine(TraceEvent const& command)
         : line;
 }
 
-/// What a person is told of the scripts and the last command of an apply: of each script that was not
-/// done with exit status 0, with the end of what it wrote to its standard error, and what was run or
-/// handed over.
+/// What a person is told of the scripts and the last command of an apply: of each script that was
+/// not done with exit status 0, with the end of what it wrote to its standard error, and what was
+/// run or handed over.
 QStringList applyReport(QList<TraceEvent> const& events)
 {
     QStringList lines;

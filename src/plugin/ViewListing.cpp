@@ -15,8 +15,8 @@ namespace {
 
 QChar const kSeparator = QLatin1Char('/');
 
-/// Tells which children of one branch are visible. A script that says so is one for all sessions and
-/// does not learn for which of them it is run: it is asked once.
+/// Tells which children of one branch are visible. A script that says so is one for all sessions
+/// and does not learn for which of them it is run: it is asked once.
 class ChildVisibility
 {
 public:
