@@ -283,3 +283,8 @@ IConfigAction* ActionKit::registeredAction(Action_t op, IConfigEntry const& entr
 {
     return servingAction(op, entry).action;
 }
+
+void ActionKit::pushApplyThreadPool(QThreadPool* pool)
+{
+    mApplyThreadPools.push(pool);
+}

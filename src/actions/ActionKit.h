@@ -153,7 +153,7 @@ public:
 
     // The pools of the apply requests under way, the latest on top. Looking at the top and popping
     // need a pushed pool. "Tread" is the platform's name, kept as it is.
-    void pushApplyThreadPool(QThreadPool* pool) { mApplyThreadPools.push(pool); }
+    void pushApplyThreadPool(QThreadPool* pool);
     QThreadPool* topApplyTreadPool() { return mApplyThreadPools.top(); }
     QThreadPool* popApplyThreadPool() { return mApplyThreadPools.pop(); }
 

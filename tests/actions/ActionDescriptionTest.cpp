@@ -252,7 +252,7 @@ void ActionDescriptionTest::actionThatDoesNotDescribeItselfHasNothingBehindIt()
     IConfigAction* const actions[] = {nullptr, &silent};
     for (IConfigAction const* const action : actions) {
         ActionDescription const description = descriptionOf(action, entry.entry());
-        QCOMPARE(description.className, "");
+        QCOMPARE(QByteArray(description.className), QByteArray(""));
         QVERIFY(!description.backEnd);
         QVERIFY(!description.runsScript);
     }
