@@ -61,7 +61,7 @@ struct Explanation
     _RegEntryType type;
     QString defaultValue;
 
-    /// Whether it is a value that is read from somewhere and that scripts alone can write.
+    /// Whether it is a value that is read from somewhere and that only scripts can write.
     bool isReadOnly;
 
     QString folder;

@@ -42,7 +42,7 @@ QString kindWords(Explanation const& explanation)
     return QString::fromLatin1("a %1, %2 by default%3")
         .arg(RegistryVocabulary::entryTypes().at(explanation.type),
              quoted(explanation.defaultValue),
-             QLatin1String(explanation.isReadOnly ? ", which scripts alone can write" : ""));
+             QLatin1String(explanation.isReadOnly ? "; only scripts can write it" : ""));
 }
 
 /// @param title  may be null, if there are keys.

@@ -144,8 +144,7 @@ void NewAreaTest::explainNamesItsBackEndAndItsFiles()
 void NewAreaTest::explainKnowsTheKeyThatIsReadOnly()
 {
     QString const first = ViewWithClock().explained(kChip).section('\n', 0, 0);
-    QCOMPARE(first,
-             QString(kChip) + ": a string, \"none\" by default, which scripts alone can write");
+    QCOMPARE(first, QString(kChip) + ": a string, \"none\" by default; only scripts can write it");
 }
 
 void NewAreaTest::explainCallsNothingElseReadOnly_data()
