@@ -72,8 +72,9 @@ struct Reply
     /// @param types  by key.
     template <typename Type> void addNodes(QMap<QString, Type> const& types)
     {
-        for (QString const& nodeKey : types.keys())
-            addNode(nodeKey, types.value(nodeKey));
+        typename QMap<QString, Type>::const_iterator node = types.constBegin();
+        for (; node != types.constEnd(); ++node)
+            addNode(node.key(), node.value());
     }
 
     /// Whether a listing is a value, or the default that stands in for one.

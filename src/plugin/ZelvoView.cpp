@@ -109,12 +109,12 @@ int ZelvoView::get(QString const& key, QMap<QString, _RegNodeType>& result,
     }
     if (ConfigKey const* const leaf = dynamic_cast<ConfigKey const*>(entry)) {
         QString const value = leaf->value();
-        if (value.isNull())
+        if (value.isNull()) {
             result.insert(leaf->defaultValue(), REG_NODE_DEFAULT);
-        else
-            result.insert(value, REG_NODE_VALUE);
-        if (!value.isNull())
-            request.valueWasRead(*leaf);
+            return kDone;
+        }
+        result.insert(value, REG_NODE_VALUE);
+        request.valueWasRead(*leaf);
         return kDone;
     }
     return kUnknownEntry;
